@@ -1,0 +1,98 @@
+#include "platform/files.hpp"
+
+#include <algorithm>
+
+#include "platform/error_text.hpp"
+#include "platform/paths.hpp"
+#include "platform/win32/handle.hpp"
+
+namespace ferrowen::platform {
+namespace {
+
+constexpr DWORD share_all = FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE;
+
+bool write_all(const Handle& file, std::string_view bytes) {
+  constexpr std::size_t most_at_once = 64U << 20U;
+  while (!bytes.empty()) {
+    const auto wanted = static_cast<DWORD>(std::min(bytes.size(), most_at_once));
+    DWORD count = 0;
+    if (WriteFile(file.get(), bytes.data(), wanted, &count, nullptr) == 0) return false;
+    bytes.remove_prefix(count);
+  }
+  return true;
+}
+
+bool close_file(Handle& file) { return CloseHandle(file.release()) != 0; }
+
+// Virus scanners and indexers hold a new file for a moment.
+bool may_pass(DWORD error) { return error == ERROR_SHARING_VIOLATION || error == ERROR_ACCESS_DENIED; }
+
+}  // namespace
+
+std::string write_flushed(const std::string& path, std::string_view bytes) {
+  // Opened, then emptied: making it anew would reset its attributes and fail for a hidden file.
+  Handle file(CreateFileA(path.c_str(), GENERIC_WRITE, FILE_SHARE_READ, nullptr, OPEN_ALWAYS,
+                          FILE_ATTRIBUTE_NORMAL, nullptr));
+  if (!file.is_open()) return last_error_text();
+  if (SetEndOfFile(file.get()) == 0 || !write_all(file, bytes) || FlushFileBuffers(file.get()) == 0 ||
+      !close_file(file))
+    return last_error_text();
+  return "";
+}
+
+std::string replace_file(const std::string& from, const std::string& to) {
+  constexpr int attempts = 5;
+  constexpr DWORD pause_milliseconds = 50;
+  for (int attempt = 1;; ++attempt) {
+    if (MoveFileExA(from.c_str(), to.c_str(), MOVEFILE_REPLACE_EXISTING | MOVEFILE_WRITE_THROUGH) != 0)
+      return "";
+    const DWORD reason = GetLastError();
+    if (attempt == attempts || !may_pass(reason)) return error_text(reason);
+    Sleep(pause_milliseconds);
+  }
+}
+
+std::optional<double> change_time(const std::string& path) {
+  constexpr std::uint64_t ticks_per_second = 10'000'000;
+  constexpr double seconds_1601_to_1970 = 11'644'473'600.0;
+  const Handle file(CreateFileA(path.c_str(), FILE_READ_ATTRIBUTES, share_all, nullptr, OPEN_EXISTING,
+                                FILE_FLAG_BACKUP_SEMANTICS, nullptr));
+  FILETIME changed = {};
+  if (!file.is_open() || GetFileTime(file.get(), nullptr, nullptr, &changed) == 0) return std::nullopt;
+  const std::uint64_t ticks = (std::uint64_t{changed.dwHighDateTime} << 32U) | changed.dwLowDateTime;
+  const double fraction = static_cast<double>(ticks % ticks_per_second) / ticks_per_second;
+  return static_cast<double>(ticks / ticks_per_second) - seconds_1601_to_1970 + fraction;
+}
+
+bool folder_is_writable(const std::string& folder) {
+  constexpr int attempts = 20;
+  for (int i = 0; i < attempts; ++i) {
+    const std::string name =
+        "ferrowen-" + std::to_string(GetCurrentProcessId()) + "-" + std::to_string(i) + ".tmp";
+    const Handle probe(CreateFileA(join(folder, name).c_str(), GENERIC_WRITE, 0, nullptr, CREATE_NEW,
+                                   FILE_ATTRIBUTE_TEMPORARY | FILE_FLAG_DELETE_ON_CLOSE, nullptr));
+    if (probe.is_open()) return true;
+    if (GetLastError() != ERROR_FILE_EXISTS) return false;
+  }
+  return false;
+}
+
+std::optional<std::uint64_t> free_space(const std::string& path) {
+  std::string place = absolute(path.empty() ? "." : path);
+  ULARGE_INTEGER available = {};
+  // The call wants a folder; one that is not made yet will lie on the volume of the nearest that exists.
+  while (GetDiskFreeSpaceExA(join(place, "").c_str(), &available, nullptr, nullptr) == 0) {
+    const std::string above = folder_of(place);
+    if (above.empty() || above == place) return std::nullopt;
+    place = above;
+  }
+  return available.QuadPart;
+}
+
+std::tm local_time(std::time_t seconds) {
+  std::tm result{};
+  if (localtime_s(&result, &seconds) != 0) return std::tm{};
+  return result;
+}
+
+}  // namespace ferrowen::platform
