@@ -1,0 +1,71 @@
+// A console script as a list of steps, rendered as a Windows batch file (CR LF) or a POSIX shell script (LF).
+#pragma once
+
+#include <memory>
+#include <string>
+#include <variant>
+#include <vector>
+
+#include "base/status.hpp"
+#include "runner/command.hpp"
+
+namespace ferrowen {
+
+class ConsoleScript;
+
+namespace step {
+struct Header {
+  std::string batch_line;
+};  // "@Echo Off" as the script writes it; nothing in a shell
+struct Echo {
+  std::string word;
+  std::string text;
+};  // word as the batch file spells it: "@echo ", "@echo. ", "echo "
+struct ChangeFolder {
+  std::string folder;
+};  // cd /d "..."; a shell stops when it is not there
+struct Run {
+  Command command;
+};
+struct Lines {
+  std::string text;
+};  // ready script text of this dialect, taken over unchanged
+struct IfExists {
+  std::string path;
+  bool exists = true;  // false: if not exist
+  std::shared_ptr<const ConsoleScript> then;
+  std::shared_ptr<const ConsoleScript> otherwise;  // may be null
+};
+struct Delete {
+  std::string path;
+};
+struct Pause {
+  std::string word = "pause";
+};  // waits for a key where a person can press one
+struct Exit {
+  int status = 0;
+  bool with_status = true;
+};
+}  // namespace step
+
+using Step = std::variant<step::Header, step::Echo, step::ChangeFolder, step::Run, step::Lines,
+                          step::IfExists, step::Delete, step::Pause, step::Exit>;
+
+class ConsoleScript {
+ public:
+  ConsoleScript& add(Step step);
+  [[nodiscard]] const std::vector<Step>& steps() const { return m_steps; }
+
+ private:
+  std::vector<Step> m_steps;
+};
+
+// Text of the script in UTF-8. A shell script begins with "#!/bin/sh", has LF line ends and ends with the
+// status of its last command, also when that is followed by a pause. What cannot be written safely is an
+// error; so is a batch line that is longer than the interpreter reads.
+Result<std::string> render(const ConsoleScript& script, Dialect dialect);
+
+// Renders, encodes for the shell and writes the file safely; on POSIX it is made executable.
+Status write_script(const ConsoleScript& script, Dialect dialect, const std::string& path);
+
+}  // namespace ferrowen
