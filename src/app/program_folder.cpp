@@ -1,0 +1,69 @@
+#include "app/program_folder.hpp"
+
+#include "base/files.hpp"
+#include "base/text.hpp"
+#include "platform/files.hpp"
+#include "platform/paths.hpp"
+
+namespace ferrowen {
+
+std::string ProgramFolder::operator/(std::string_view name) const {
+  const std::string native = platform::separator == '/' ? std::string(name) : replace_all(name, "/", "\\");
+  return platform::join(m_path, native);
+}
+
+Status ProgramFolder::create_layout() const {
+  if (Status made = make_folder(m_path); !made.ok()) return made;
+  for (const std::string_view name : program_subfolders()) {
+    if (Status made = make_folder(*this / name); !made.ok()) return made;
+  }
+  return {};
+}
+
+Status ProgramFolder::copy_assets(const std::string& assets) const {
+  for (const std::string_view name : shipped_assets()) {
+    const std::string source = platform::join(assets, name);
+    const std::string target = *this / name;
+    if (source == target || file_exists(target) || !file_exists(source)) continue;
+    if (Status copied = copy_file(source, target); !copied.ok()) return copied;
+  }
+  return {};
+}
+
+const std::vector<std::string_view>& program_subfolders() {
+  static const std::vector<std::string_view> folders = {
+      "files",     "styles",     "temp",         "archives",      "gmapsupp", "scripts",
+      "hgt",       "hgt/Europe", "hgt/Europe/3", "hgt/Australia", "backup",   "backup/args",
+      "languages", "args",       "mps",          "system",        "plugs",
+  };
+  return folders;
+}
+
+const std::vector<std::string_view>& shipped_assets() {
+  static const std::vector<std::string_view> assets = {
+      file_name::sample_map,         file_name::default_typ,    file_name::land_cells,
+      file_name::logging_properties, file_name::mkgmap_options, file_name::splitter_options,
+  };
+  return assets;
+}
+
+std::string find_program_folder(const std::optional<std::string>& home) {
+  if (home && !home->empty()) return platform::absolute(*home);
+  if (const auto variable = platform::environment("FERROWEN_HOME"); variable && !variable->empty())
+    return platform::absolute(*variable);
+  const std::string own_folder = platform::folder_of(platform::executable_path());
+#ifdef _WIN32
+  if (platform::folder_is_writable(own_folder)) return own_folder;
+  return platform::join(platform::user_data_folder(), "Ferrowen");
+#else
+  if (file_exists(platform::join(own_folder, file_name::settings))) return own_folder;
+  return platform::join(platform::user_data_folder(), "ferrowen");
+#endif
+}
+
+std::string find_assets_folder() {
+  const std::string found = platform::shared_data_file(std::string(file_name::land_cells));
+  return found.empty() ? "" : platform::folder_of(found);
+}
+
+}  // namespace ferrowen

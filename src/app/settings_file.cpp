@@ -1,0 +1,98 @@
+#include "app/settings_file.hpp"
+
+#include "base/files.hpp"
+#include "base/text.hpp"
+#include "platform/paths.hpp"
+
+namespace ferrowen {
+
+namespace {
+
+constexpr std::string_view backup_ending = ".mpdat";
+constexpr std::size_t default_lines = 500;
+
+#ifdef _WIN32
+constexpr std::string_view reset_basecamp = R"(c:\program files (x86)\garmin\basecamp\basecamp.exe)";
+constexpr std::string_view reset_map_folder = R"(e:\garmin\maps)";
+#else
+constexpr std::string_view reset_basecamp =
+    "{user}/.wine/drive_c/program files (x86)/garmin/basecamp/basecamp.exe";
+constexpr std::string_view reset_map_folder = "/media/garmin/maps";
+#endif
+
+std::string program_folder_text(const Workspace& workspace) {
+  const std::string current = workspace.path(file_name::settings);
+  return read_whole_file(file_exists(current) ? current : workspace.path(file_name::previous_settings));
+}
+
+std::string source_text(const Workspace& workspace, const SettingsSource& source) {
+  if (std::holds_alternative<FromProgramFolder>(source)) return program_folder_text(workspace);
+  if (const auto* path = std::get_if<std::string>(&source)) return read_whole_file(*path);
+  std::string blank_lines;
+  for (std::size_t line = 0; line < default_lines; ++line)
+    blank_lines += " \r\n";
+  return blank_lines;
+}
+
+}  // namespace
+
+void loaddata(Workspace& workspace, Prompts& prompts, const SettingsSource& source) {
+  LoadedSettings loaded = parse_settings(source_text(workspace, source), workspace.folder.path());
+  workspace.settings = std::move(loaded.settings);
+  for (const std::string& note : loaded.notes)
+    prompts.tell(note, Icon::warning);
+}
+
+Status savedata(const Workspace& workspace, const std::string& target) {
+  return safe_write(target.empty() ? workspace.path(file_name::settings) : target,
+                    settings_text(workspace.settings));
+}
+
+Status save_on_exit(const Workspace& workspace) {
+  Status saved = savedata(workspace);
+  const Status backed_up = savedata(workspace, workspace.path(file_name::settings_backup));
+  return saved.ok() ? backed_up : saved;
+}
+
+bool back_up_settings(const Workspace& workspace, Prompts& prompts) {
+  const auto chosen =
+      prompts.choose_file({"", {{"Backup Files (*.mpdat)", "*.mpdat"}}, "ferrow6.mpdat", true});
+  if (!chosen || chosen->empty()) return false;
+  std::string target = *chosen;
+  if (!ends_with_ignoring_case(target, backup_ending)) target += backup_ending;
+  if (const Status saved = savedata(workspace, target); !saved.ok()) {
+    prompts.tell(saved.error, Icon::critical);
+    return false;
+  }
+  prompts.tell(workspace.message(152));
+  return true;
+}
+
+bool restore_settings(Workspace& workspace, Prompts& prompts) {
+  const auto chosen = prompts.choose_file({"", {{"DAT Files (*.mpdat)", "*.mpdat"}}, "", false});
+  if (!chosen) return false;
+  if (!file_exists(*chosen) || folder_exists(*chosen)) {
+    prompts.tell(workspace.message(153), Icon::warning);
+    return false;
+  }
+  if (prompts.ask(workspace.message(154), Buttons::yes_no_cancel) != Answer::yes) return false;
+  loaddata(workspace, prompts, *chosen);
+  prompts.tell(workspace.message(155));
+  return true;
+}
+
+bool reset_settings(Workspace& workspace, Prompts& prompts) {
+  if (prompts.ask("This will remove all previous settings\r\n\r\nAre you sure?", Buttons::yes_no,
+                  Icon::warning) != Answer::yes)
+    return false;
+  loaddata(workspace, prompts, FromDefaults{});
+  Settings& settings = workspace.settings;
+  settings.input = workspace.path(file_name::sample_map);
+  settings.typ = workspace.path(file_name::default_typ);
+  settings.basecamp = replace_all(reset_basecamp, "{user}", platform::home_folder());
+  // Another drive than at the first start: a reset is what users do whose maps live on their second disk.
+  settings.map_folder = reset_map_folder;
+  return true;
+}
+
+}  // namespace ferrowen

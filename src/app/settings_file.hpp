@@ -1,0 +1,29 @@
+// The settings file: load, save, back up, restore, reset.
+#pragma once
+
+#include <string>
+#include <variant>
+
+#include "app/workspace.hpp"
+#include "base/prompts.hpp"
+
+namespace ferrowen {
+
+struct FromProgramFolder {};  // ferrow6.dat, or ferrow5.dat when that does not exist
+struct FromDefaults {};
+using SettingsSource = std::variant<FromProgramFolder, FromDefaults, std::string>;  // or a path
+
+// Fills the settings record. A file that cannot be read gives every field its default. Notes of the load
+// rules are told.
+void loaddata(Workspace& workspace, Prompts& prompts, const SettingsSource& source = FromProgramFolder{});
+// Writes the record to `target`, or to the program folder's settings file when that is empty.
+Status savedata(const Workspace& workspace, const std::string& target = "");
+// What the main window does when it closes: the settings file and the automatic backup.
+Status save_on_exit(const Workspace& workspace);
+
+// The three actions of the settings menu. Each talks to the person and returns true when it was done.
+bool back_up_settings(const Workspace& workspace, Prompts& prompts);
+bool restore_settings(Workspace& workspace, Prompts& prompts);
+bool reset_settings(Workspace& workspace, Prompts& prompts);
+
+}  // namespace ferrowen

@@ -1,0 +1,130 @@
+#include "app/start_up.hpp"
+
+#include "app/settings_file.hpp"
+#include "app/tools.hpp"
+#include "base/files.hpp"
+#include "base/text.hpp"
+#include "platform/paths.hpp"
+#include "platform/system.hpp"
+
+namespace ferrowen {
+
+namespace {
+
+constexpr const char* no_styles = "No styles could be found.Default style will be used";
+
+void fill(std::string& setting, const std::string& value) {
+  if (setting.empty()) setting = value;
+}
+
+// The option sets that ship with the program become the options of a fresh record.
+void take_option_sets(Workspace& workspace) {
+  Settings& settings = workspace.settings;
+  fill(settings.options_text, with_crlf(read_whole_file(workspace.path(file_name::mkgmap_options))));
+  const std::string splitter = with_crlf(read_whole_file(workspace.path(file_name::splitter_options)));
+  if (!trim(splitter).empty()) settings.splitter_options = splitter;
+}
+
+void fill_garmin_programs(Settings& settings) {
+#ifdef _WIN32
+  const std::string programs = "c:\\program files";
+  const std::string basecamp = std::string(platform::is_64bit_system() ? " (x86)" : "");
+  fill(settings.basecamp, programs + basecamp + "\\garmin\\basecamp\\basecamp.exe");
+  const std::string mapsource = programs + "\\garmin\\mapsource.exe";
+  fill(settings.mapsource, file_exists(mapsource) ? mapsource : "c:\\garmin\\mapsource.exe");
+  const std::string app_data = platform::roaming_data_folder();
+  // "Mapource" is how the folder that is probed has always been spelt.
+  fill(settings.mapsource_tile_cache, app_data + "\\Garmin\\Mapource\\TileCache");
+  fill(settings.basecamp_tile_cache,
+       replace_all(lower_ascii(app_data), "\\roaming", "\\local") + "\\Garmin\\BaseCamp\\TileCache");
+#else
+  const std::string drive = platform::home_folder() + "/.wine/drive_c/";
+  fill(settings.basecamp, drive + "program files (x86)/garmin/basecamp/basecamp.exe");
+  const std::string mapsource = drive + "program files/garmin/mapsource.exe";
+  fill(settings.mapsource, file_exists(mapsource) ? mapsource : drive + "garmin/mapsource.exe");
+#endif
+}
+
+// The default TYP, else the first one in the program folder.
+void fill_default_typ(Workspace& workspace) {
+  std::string& typ = workspace.settings.typ;
+  if (file_exists(typ) || typ != workspace.path(file_name::default_typ)) return;
+  const std::vector<std::string> found = list_files(workspace.folder.path(), {".typ", ".TYP"});
+  if (!found.empty()) typ = workspace.path(found.front());
+}
+
+void read_identifier_lists(Workspace& workspace) {
+  workspace.device_map_ids = ",";
+  if (const std::string path = workspace.path(file_name::map_ids); file_exists(path))
+    workspace.device_map_ids = read_whole_file(path);
+  workspace.avoided_fids = read_whole_file(workspace.path(file_name::map_fids));
+}
+
+Status prepare_folder(Workspace& workspace) {
+  if (Status made = workspace.folder.create_layout(); !made.ok()) return made;
+  const std::string assets = find_assets_folder();
+  return assets.empty() ? Status{} : workspace.folder.copy_assets(assets);
+}
+
+}  // namespace
+
+std::string build_output_folder(const Settings& settings) {
+  return settings.output_folder.empty() ? settings.map_folder : settings.output_folder;
+}
+
+Status start_up(Workspace& workspace, Prompts& prompts) {
+  if (Status prepared = prepare_folder(workspace); !prepared.ok()) return prepared;
+  const bool fresh = !file_exists(workspace.path(file_name::settings)) &&
+                     !file_exists(workspace.path(file_name::previous_settings));
+  loaddata(workspace, prompts);
+  if (fresh) take_option_sets(workspace);
+  fill_machine_defaults(workspace);
+  if (style_names(workspace.settings).empty()) prompts.tell(no_styles);
+  read_identifier_lists(workspace);
+  if (trim(workspace.settings.map_name).empty()) workspace.settings.map_name = "Demo Map";
+  // It may lie on a disk that is not there now; only the settings can put that right, so the program goes on.
+  if (const Status made = make_folder(workspace.settings.archive_folder); !made.ok())
+    prompts.tell(made.error, Icon::warning);
+  return {};
+}
+
+void query_java_version(Workspace& workspace, Prompts& prompts, Progress& progress) {
+  DOSOutputs java(workspace.flags, prompts, progress);
+  java.environment = tool_environment(workspace.settings);
+  workspace.java_version = java_version_text(java.ExecuteCommand("java -version"));
+}
+
+AfterStartUp check_main_path(const Workspace& workspace, Prompts& prompts) {
+  const std::string& path = workspace.settings.mkgmap_jar;
+  if (path.empty() || file_exists(path)) return AfterStartUp::ready;
+  if (file_exists(workspace.path(file_name::settings_backup))) {
+    prompts.tell("Cannot find " + path + "\r\n\r\nAvailable backup:", Icon::warning);
+    return AfterStartUp::offer_restore;
+  }
+  prompts.tell(workspace.message(89) + path + " --> " + std::string(page_name(Page::tools)), Icon::warning);
+  return AfterStartUp::open_settings;
+}
+
+std::string java_version_text(std::string_view output) {
+  if (!contains(lower_ascii(output), "build")) return java_not_installed;
+  for (const std::string& line : split_lines(output)) {
+    // Java tells of options taken from the environment before its version.
+    if (line.starts_with("Picked up ")) continue;
+    return replace_all(replace_all(line, "\r", ""), "\"", "");
+  }
+  return java_not_installed;
+}
+
+std::string java_label(std::string_view version_text) { return replace_all(version_text, "version", ""); }
+
+std::vector<std::string> style_names(const Settings& settings) {
+  return list_folders(settings.styles_folder);
+}
+
+void fill_machine_defaults(Workspace& workspace) {
+  fill_default_typ(workspace);
+  fill_garmin_programs(workspace.settings);
+  find_tools(workspace.settings);
+}
+
+}  // namespace ferrowen

@@ -1,0 +1,17 @@
+// External tools found on this machine.
+#pragma once
+
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "app/settings.hpp"
+
+namespace ferrowen {
+
+// Fills every empty tool path from the system's own packages or from PATH; a set path is never changed.
+void find_tools(Settings& settings);
+// "PATH" with the folder of the Java program of the settings in front, when one is set.
+std::vector<std::pair<std::string, std::string>> tool_environment(const Settings& settings);
+
+}  // namespace ferrowen

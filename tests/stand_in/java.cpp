@@ -1,0 +1,137 @@
+// A stand-in for Java with splitter.jar and mkgmap.jar: leaves the files that the real tools would leave, or
+// fails in one of their ways. How it behaves is told by the file "stand-in-mode" in the working folder.
+#include <chrono>
+#include <cstdio>
+#include <ctime>
+#include <filesystem>
+#include <fstream>
+#include <iostream>
+#include <iterator>
+#include <string>
+#include <thread>
+#include <vector>
+
+namespace {
+
+namespace fs = std::filesystem;
+using Words = std::vector<std::string>;
+
+std::string read_text(const fs::path& path) {
+  std::ifstream file(path, std::ios::binary);
+  return {std::istreambuf_iterator<char>(file), {}};
+}
+
+void write_text(const fs::path& path, const std::string& text) {
+  std::ofstream(path, std::ios::binary) << text;
+}
+
+std::string mode() {
+  std::string text = read_text("stand-in-mode");
+  while (!text.empty() && (text.back() == '\n' || text.back() == '\r'))
+    text.pop_back();
+  return text;
+}
+
+std::string option_value(const Words& words, const std::string& name) {
+  std::string value;
+  for (const std::string& word : words) {
+    if (word.starts_with(name)) value = word.substr(name.size());
+  }
+  return value;
+}
+
+bool has_word(const Words& words, const std::string& wanted) {
+  for (const std::string& word : words) {
+    if (word == wanted) return true;
+  }
+  return false;
+}
+
+// As the splitter writes it: local time, English names.
+std::string date_now() {
+  const std::time_t now = std::time(nullptr);
+  char text[64];
+  const std::size_t length =
+      std::strftime(text, sizeof text, "%a %b %d %H:%M:%S CET %Y", std::localtime(&now));
+  return {text, length};
+}
+
+void sleep_for_minutes() { std::this_thread::sleep_for(std::chrono::minutes(5)); }
+
+// Three tiles side by side, from the map ID upwards.
+int split(const Words& words) {
+  const fs::path folder = option_value(words, "--output-dir=");
+  const long first = std::stol(option_value(words, "--mapid="));
+  std::string areas = "# List of areas\n# Generated " + date_now() + "\n#\n";
+  std::string blocks = "#\n# This file can be given to mkgmap using the -c option\n#\n";
+  for (long i = 0; i < 3; ++i) {
+    const std::string number = std::to_string(first + i);
+    areas += number + ": 2197504," + std::to_string(444416 + i * 6144) + " to 2203648," +
+             std::to_string(450560 + i * 6144) + "\n";
+    blocks += "mapname: " + number + "\ndescription: Tile " + number + "\ninput-file: " + number + ".o5m\n\n";
+    const bool stays_empty = mode() == "empty-tile" && i == 1;
+    write_text(folder / (number + ".o5m"), stays_empty ? "" : "tile " + number);
+  }
+  write_text(folder / "areas.list", areas);
+  write_text(folder / "areas.poly", "area\n1\n  9.5  47.1\nEND\nEND\n");
+  write_text(folder / "template.args", blocks);
+  std::cout << "3 areas\n";
+  return 0;
+}
+
+void write_images(const Words& words, const fs::path& folder, const fs::path& argument_file) {
+  std::ifstream file(argument_file, std::ios::binary);
+  for (std::string line; std::getline(file, line);) {
+    if (!line.empty() && line.back() == '\r') line.pop_back();
+    if (!line.starts_with("mapname:")) continue;
+    const std::string number = line.substr(line.find_first_not_of(' ', 8));
+    if (mode() == "missing-image" && number.ends_with('6')) continue;
+    write_text(folder / (number + ".img"), "image " + number);
+    if (has_word(words, "--route")) write_text(folder / ("ovm_" + number + ".img"), "overview");
+  }
+}
+
+int build(const Words& words) {
+  const fs::path folder = option_value(words, "--output-dir=");
+  std::cerr << "Mkgmap version 4905\n";
+  if (mode() == "style-error") {
+    std::cerr << "SEVERE (global): Error in style: Error: (lines:304): Unrecognised type command 'foo'\n";
+    return 1;
+  }
+  for (std::size_t i = 0; i + 1 < words.size(); ++i) {
+    if (words[i] == "-c") write_images(words, folder, words[i + 1]);
+  }
+  if (mode() == "hang") sleep_for_minutes();
+  if (has_word(words, "--gmapsupp")) write_text(folder / "gmapsupp.img", "device image");
+  if (mode() == "severe") std::cerr << "SEVERE (DEM): something is odd\n";
+  std::cerr << "SEVERE (RoundaboutCheck): always there\n";
+  std::cerr << "Number of MapFailedExceptions: " << (mode() == "exceptions" ? 1 : 0) << "\n";
+  return 0;
+}
+
+}  // namespace
+
+int main(int count, char** arguments) {
+  const Words words(arguments + 1, arguments + count);
+  if (has_word(words, "-version")) {
+    std::cerr << "openjdk version \"17.0.21\" 2026-11-17\nOpenJDK Runtime Environment (build 17.0.21+2)\n";
+    return 0;
+  }
+  std::string received;
+  for (const std::string& word : words)
+    received += word + "\n";
+  write_text("stand-in-arguments", received);
+  if (mode() == "out-of-memory") {
+    std::cerr << "java.lang.OutOfMemoryError: Java heap space\n" << std::flush;
+    sleep_for_minutes();
+  }
+  if (mode() == "fail") {
+    std::cerr << "Error: input file doesn't exist or is not a readable file: x\n";
+    return 1;
+  }
+  for (const std::string& word : words) {
+    if (word.ends_with("splitter.jar")) return split(words);
+    if (word.ends_with("mkgmap.jar")) return build(words);
+  }
+  return 1;
+}
