@@ -1,0 +1,290 @@
+#include "pipeline/build.hpp"
+
+#include <algorithm>
+#include <chrono>
+#include <ctime>
+
+#include "app/script_run.hpp"
+#include "base/files.hpp"
+#include "base/text.hpp"
+#include "pipeline/argument_files.hpp"
+#include "pipeline/build_plan.hpp"
+#include "pipeline/build_run.hpp"
+#include "pipeline/identifiers.hpp"
+#include "pipeline/tiles/input_file.hpp"
+#include "pipeline/tiles/tile_list.hpp"
+#include "platform/files.hpp"
+#include "platform/paths.hpp"
+#include "runner/script_text.hpp"
+
+namespace ferrowen {
+
+namespace {
+
+constexpr double clock_tolerance = 2.0;               // seconds; some file systems keep coarse times
+constexpr const char* default_map_name = "63240001";  // what mkgmap itself takes without --mapname
+constexpr std::string_view error_mark = "parabola";
+
+// The results of one build: what must appear, what else may, and the older files put out of their way.
+class Results {
+ public:
+  Results(std::vector<std::string> expected, const std::vector<std::string>& further)
+      : m_expected(std::move(expected)), m_all(m_expected) {
+    m_all.insert(m_all.end(), further.begin(), further.end());
+  }
+  Status clear_the_way();
+  [[nodiscard]] std::vector<ResultFile> expected() const { return looked_at(m_expected); }
+  [[nodiscard]] std::vector<MadeFile> made() const;
+  [[nodiscard]] std::size_t images_found() const;
+  [[nodiscard]] std::size_t images_expected() const { return m_expected.size(); }
+  Status keep() { return m_old.drop(); }
+  Status undo();
+
+ private:
+  [[nodiscard]] std::vector<ResultFile> looked_at(const std::vector<std::string>& paths) const;
+  std::vector<std::string> m_expected, m_all;
+  std::size_t m_cleared = 0;
+  double m_start = 0;
+  MovedAside m_old;
+};
+
+Status Results::clear_the_way() {
+  m_start = static_cast<double>(std::time(nullptr));
+  for (const std::string& path : m_all) {
+    if (Status moved = m_old.take(path); !moved.ok()) return moved;
+    ++m_cleared;
+  }
+  return {};
+}
+
+std::vector<ResultFile> Results::looked_at(const std::vector<std::string>& paths) const {
+  std::vector<ResultFile> files;
+  for (const std::string& path : paths) {
+    const double changed = platform::change_time(path).value_or(0);
+    files.push_back({path, file_size(path), changed + clock_tolerance >= m_start});
+  }
+  return files;
+}
+
+std::vector<MadeFile> Results::made() const {
+  std::vector<MadeFile> files;
+  for (const ResultFile& file : looked_at(m_all)) {
+    if (file.size > 0 && file.newer_than_start) files.push_back({file.path, file.size});
+  }
+  return files;
+}
+
+std::size_t Results::images_found() const {
+  const auto found = [](const std::string& path) { return file_has_content(path); };
+  return static_cast<std::size_t>(std::count_if(m_expected.begin(), m_expected.end(), found));
+}
+
+// Removes what the failed run left and brings the older files back.
+Status Results::undo() {
+  Status first;
+  // Only where an older file was moved away (or none was) does what lies there now belong to this run.
+  for (std::size_t i = 0; i < m_cleared; ++i) {
+    const Status removed = remove_file(m_all[i]);
+    if (!removed.ok() && first.ok()) first = removed;
+  }
+  m_cleared = 0;
+  const Status restored = m_old.restore();
+  return first.ok() ? restored : first;
+}
+
+void tell_problem(Prompts& prompts, const Status& status) {
+  if (!status.ok()) prompts.tell(status.error, Icon::critical);
+}
+
+// Own scripts name their map themselves.
+void plan_for_own_script(const Workspace& workspace, BuildPlan& plan) {
+  const std::string script = read_whole_file(workspace.path(file_name::own_script));
+  plan.map_names = {map_name_option(script, native_dialect).value_or(default_map_name)};
+}
+
+Status put_typ_in_place(const BuildPlan& plan) {
+  if (plan.typ_source.empty() || plan.typ_source == plan.typ_copy) return {};
+  return copy_file(plan.typ_source, plan.typ_copy);
+}
+
+Status prepare_output(const BuildPlan& plan, const std::string& output_folder, Results& results) {
+  if (Status made = make_folder(output_folder); !made.ok()) return made;
+  if (!platform::folder_is_writable(output_folder))
+    return {output_folder + ": the folder cannot be written to"};
+  if (Status cleared = results.clear_the_way(); !cleared.ok()) return cleared;
+  return put_typ_in_place(plan);
+}
+
+// A script that carries the error mark may have been halted on purpose.
+bool halt_is_accepted(Workspace& workspace, Prompts& prompts, const std::string& script) {
+  if (workspace.settings.own_script || workspace.flags.cancel || !contains(script, error_mark)) return true;
+  if (prompts.ask(workspace.message(85), Buttons::yes_no_cancel) != Answer::yes) return false;
+  workspace.flags.cancel = false;
+  return true;
+}
+
+void tell_failure(const Workspace& workspace, Prompts& prompts, const Judgement& judgement,
+                  const VisibleRunEnd& run) {
+  Judgement told = judgement;
+  for (const std::string& line : complaints(run.error_text + "\n" + run.output)) {
+    if (std::find(told.reasons.begin(), told.reasons.end(), line) == told.reasons.end())
+      told.reasons.push_back(line);
+  }
+  std::string text = failure_explanation(told, workspace.settings);
+  if (judgement.verdict == Verdict::nothing) text = workspace.message(15) + "\r\n" + text;
+  prompts.tell(text, Icon::critical);
+  const std::string errors = workspace.path(file_name::error_stream);
+  if (workspace.settings.keep_error_stream && file_has_content(errors)) prompts.show_file(errors);
+}
+
+std::string java_log(const Workspace& workspace) {
+  return workspace.settings.keep_log ? read_whole_file(workspace.path(file_name::mkgmap_log)) : "";
+}
+
+// Judges the run and either keeps or undoes what it left.
+StageResult conclude(Workspace& workspace, Prompts& prompts, Results& results, const VisibleRunEnd& run,
+                     BuildReport& report) {
+  if (run.cancelled) {
+    tell_problem(prompts, results.undo());
+    return StageResult::cancelled;
+  }
+  const Judgement judgement = judge_build(results.expected(), run, java_log(workspace));
+  const bool all_there = judgement.verdict == Verdict::good || judgement.verdict == Verdict::doubtful;
+  if (judgement.verdict != Verdict::good) tell_failure(workspace, prompts, judgement, run);
+  if (all_there) report.files = results.made();
+  tell_problem(prompts, all_there ? results.keep() : results.undo());
+  if (judgement.verdict != Verdict::good) return StageResult::failed;
+  for (const MadeFile& file : report.files)
+    workspace.built_files.push_back(file.path);
+  return StageResult::done;
+}
+
+double now() {
+  return std::chrono::duration<double>(std::chrono::steady_clock::now().time_since_epoch()).count();
+}
+
+StageResult run_build(Workspace& workspace, Prompts& prompts, Progress& progress, std::string script,
+                      BuildPlan& plan, BuildReport& report) {
+  const std::string output_folder = build_output_folder(workspace.settings);
+  workspace.built_files.clear();
+  if (workspace.settings.own_script) plan_for_own_script(workspace, plan);
+  Results results(expected_files(workspace.settings, plan, output_folder),
+                  further_files(workspace.settings, plan, output_folder));
+  if (const Status prepared = prepare_output(plan, output_folder, results); !prepared.ok()) {
+    tell_problem(prompts, prepared);
+    tell_problem(prompts, results.undo());
+    return StageResult::failed;
+  }
+  progress.command(one_option_per_line(script));
+  progress.status(workspace.message(39));
+  const VisibleRunEnd run = run_script(workspace, prompts, progress, script, [&] {
+    progress.fraction(build_fraction(results.images_expected(), results.images_found()));
+  });
+  if (script == cancelled_text) {
+    tell_problem(prompts, results.undo());
+    return StageResult::stopped;
+  }
+  report.command = script;
+  if (!run.cancelled && !halt_is_accepted(workspace, prompts, script)) {
+    tell_problem(prompts, results.undo());
+    return StageResult::stopped;
+  }
+  return conclude(workspace, prompts, results, run, report);
+}
+
+bool split_is_wanted(const Workspace& workspace, const BuildRequest& request) {
+  const Settings& settings = workspace.settings;
+  if (is_mp(settings.input) || settings.unsplit_input) return false;
+  if (request.split_again) return true;
+  if (is_already_split(workspace)) return false;
+  // An input that was split before and has changed since is split again, whatever its size.
+  return !request.tiles.empty() || request.use_saved_selection ||
+         settings.input == settings.last_split_input || input_state(workspace) == SplitState::needs_splitting;
+}
+
+// The tiles in the split output folder count only when they were made from this input.
+void load_own_tiles(Workspace& workspace, Prompts& prompts) {
+  workspace.tiles.clear();
+  workspace.saved_selection = false;
+  if (is_already_split(workspace)) set_splitterfiles(workspace, prompts);
+}
+
+Status apply_selection(Workspace& workspace, const BuildRequest& request) {
+  if (!request.use_saved_selection) return select_tiles(workspace.tiles, request.tiles);
+  const std::string path =
+      platform::join(workspace.settings.split_folder, std::string(argument_name::saved_selection));
+  if (Status loaded = loadarg(workspace, path); !loaded.ok()) return loaded;
+  workspace.saved_selection = true;
+  return {};
+}
+
+StageResult split_first(Workspace& workspace, Prompts& prompts, Progress& progress, BuildReport& report) {
+  if (const Status sound = check_input(workspace.settings.input, workspace.messages); !sound.ok()) {
+    prompts.tell(sound.error, Icon::warning);
+    return StageResult::stopped;
+  }
+  const double start = now();
+  const StageResult result = do_splitter(workspace, prompts, progress);
+  report.stages.push_back({"split", now() - start});
+  return result;
+}
+
+}  // namespace
+
+BuildReport create_map(Workspace& workspace, Prompts& prompts, Progress& progress,
+                       const BuildServices& services) {
+  BuildReport report;
+  if (check_build(workspace, prompts, progress, services) == CheckResult::stop) return report;
+  BuildPlan plan;
+  const std::string script = createselectedarg(workspace, prompts, plan);
+  if (script == cancelled_text) return report;
+  const double start = now();
+  report.result = run_build(workspace, prompts, progress, script, plan, report);
+  report.stages.push_back({"build", now() - start});
+  report.tiles = plan.map_names.size();
+  return report;
+}
+
+BuildReport make_map(Workspace& workspace, Prompts& prompts, Progress& progress,
+                     const BuildServices& services, const BuildRequest& request) {
+  BuildReport report;
+  if (split_is_wanted(workspace, request)) {
+    report.result = split_first(workspace, prompts, progress, report);
+    if (report.result != StageResult::done) return report;
+    workspace.saved_selection = false;
+  } else {
+    load_own_tiles(workspace, prompts);
+  }
+  if (const Status selected = apply_selection(workspace, request); !selected.ok()) {
+    prompts.tell(selected.error, Icon::warning);
+    report.result = StageResult::stopped;
+    return report;
+  }
+  BuildReport built = create_map(workspace, prompts, progress, services);
+  built.stages.insert(built.stages.begin(), report.stages.begin(), report.stages.end());
+  return built;
+}
+
+Result<std::vector<std::string>> planned_commands(Workspace& workspace, Prompts& prompts,
+                                                  const BuildRequest& request) {
+  using Commands = std::vector<std::string>;
+  Commands commands;
+  if (split_is_wanted(workspace, request)) {
+    const Result<std::string> split =
+        render_command(splitter_command(workspace.settings).command, native_dialect);
+    if (!split.ok()) return failed<Commands>(split.error);
+    commands.push_back(split.value);
+  }
+  load_own_tiles(workspace, prompts);
+  if (const Status selected = apply_selection(workspace, request); !selected.ok())
+    return failed<Commands>(selected.error);
+  if (lenient_number(workspace.settings.fid) == 0) new_id(workspace, prompts);
+  const Result<BuildPlan> plan = plan_build(workspace, gather_plan_facts(workspace));
+  if (!plan.ok()) return failed<Commands>(plan.error);
+  const Result<std::string> build = render_command(plan.value.command, native_dialect);
+  if (!build.ok()) return failed<Commands>(build.error);
+  commands.push_back(build.value);
+  return {commands, ""};
+}
+
+}  // namespace ferrowen

@@ -1,0 +1,51 @@
+// From an input file to a finished map: split when needed, check, plan, run, judge.
+#pragma once
+
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "app/workspace.hpp"
+#include "base/prompts.hpp"
+#include "pipeline/build_checks.hpp"
+#include "pipeline/build_plan.hpp"
+#include "pipeline/tiles/splitter.hpp"
+
+namespace ferrowen {
+
+struct StageTime {
+  std::string stage;
+  double seconds = 0;
+};
+
+struct MadeFile {
+  std::string path;
+  std::uint64_t size = 0;
+};
+
+struct BuildReport {
+  StageResult result = StageResult::stopped;
+  std::vector<StageTime> stages;
+  std::vector<MadeFile> files;  // what this build made, in the output folder
+  std::string command;          // as run
+  std::size_t tiles = 0;
+};
+
+struct BuildRequest {
+  bool split_again = false;        // split even when good tiles are there
+  std::vector<std::string> tiles;  // tile numbers to build; empty: all
+  bool use_saved_selection = false;
+};
+
+// Create Map: the checks, then the build of the tiles (or of the unsplit input).
+BuildReport create_map(Workspace& workspace, Prompts& prompts, Progress& progress,
+                       const BuildServices& services);
+// The same from any state: splits first when the input needs it, then selects and builds.
+BuildReport make_map(Workspace& workspace, Prompts& prompts, Progress& progress,
+                     const BuildServices& services, const BuildRequest& request);
+
+// The commands that make_map would run, without running or writing anything; one line each.
+Result<std::vector<std::string>> planned_commands(Workspace& workspace, Prompts& prompts,
+                                                  const BuildRequest& request);
+
+}  // namespace ferrowen

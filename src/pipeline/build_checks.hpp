@@ -1,0 +1,41 @@
+// The checks before a build, in their order. Each tells its message through Prompts.
+#pragma once
+
+#include <cstdint>
+#include <functional>
+#include <string>
+#include <vector>
+
+#include "app/workspace.hpp"
+#include "base/prompts.hpp"
+
+namespace ferrowen {
+
+// What the checks need to know from stages beside the build.
+struct BuildServices {
+  // Fills the lists of registered families and names of the workspace.
+  std::function<void(Workspace&)> collect_registered = [](Workspace&) {};
+};
+
+enum class CheckResult : std::uint8_t { go_on, stop };
+
+// All checks; stops at the first that forbids the build.
+CheckResult check_build(Workspace& workspace, Prompts& prompts, Progress& progress,
+                        const BuildServices& services);
+
+// The single checks, in the order in which check_build makes them.
+CheckResult check_outputs_chosen(const Workspace& workspace, Prompts& prompts);
+CheckResult check_clip_folder(Workspace& workspace, Prompts& prompts);
+CheckResult check_names(const Workspace& workspace, Prompts& prompts);
+CheckResult check_mp_elevation(const Workspace& workspace, Prompts& prompts);
+CheckResult check_tiles(const Workspace& workspace, Prompts& prompts);
+CheckResult check_style(Workspace& workspace, Prompts& prompts, Progress& progress,
+                        const BuildServices& services);
+CheckResult check_typ_and_tools(const Workspace& workspace, Prompts& prompts);
+CheckResult check_input_map(const Workspace& workspace, Prompts& prompts);
+CheckResult check_identity(Workspace& workspace, Prompts& prompts, Progress& progress);
+CheckResult check_elevation(const Workspace& workspace, Prompts& prompts);
+CheckResult check_transparency(const Workspace& workspace, Prompts& prompts);
+CheckResult check_input_size(const Workspace& workspace, Prompts& prompts);
+
+}  // namespace ferrowen
