@@ -1,0 +1,207 @@
+#include "cli/command_line.hpp"
+
+#include <CLI/CLI.hpp>
+#include <algorithm>
+#include <sstream>
+
+#include "app/version.hpp"
+#include "base/text.hpp"
+
+namespace ferrowen {
+
+namespace {
+
+constexpr const char* main_footer = R"(Examples:
+  ferrowen build faroe-islands.osm.pbf --name "My Map" --fid 1234 --gmapsupp
+  ferrowen split big.osm.pbf --max-nodes 800000 --memory 4000
+  ferrowen build --tiles 13224385,13224386
+  ferrowen settings set mkgmap=/opt/mkgmap/mkgmap.jar
+  ferrowen COMMAND --help      more about one command
+
+Exit status: 0 done, 1 the run failed, 2 wrong usage or unreadable input, 3 stopped by a check or by a No.)";
+
+constexpr const char* global_hint =
+    "--home, --yes, --quiet, --json and --verbose may stand here too: see ferrowen --help";
+
+constexpr const char* settings_footer = R"(Examples:
+  ferrowen settings show --verbose
+  ferrowen settings set max-nodes=800000 "map-name=My Map"
+  ferrowen settings set "options-text=--remove-short-arcs\n--add-pois-to-lines"   (\n begins a new line)
+  ferrowen settings backup ~/ferrowen.mpdat)";
+
+constexpr const char* split_footer = R"(Examples:
+  ferrowen split liechtenstein.osm.pbf
+  ferrowen split big.osm.pbf --max-nodes 800000 --memory 4000 --yes)";
+
+constexpr const char* build_footer =
+    R"(Options hold for this run alone; what is left out comes from the settings.
+Examples:
+  ferrowen build faroe-islands.osm.pbf --name "My Map" --fid auto --gmapsupp
+  ferrowen build --style mystyle --typ mytyp.typ --option --remove-short-arcs --option "--name-tag-list=name:en,name"
+  ferrowen build alps.osm.pbf --dem --hgt /data/hgt --contours clip
+  ferrowen build --tiles saved --output /media/garmin/maps
+  ferrowen build alps.osm.pbf --print --verbose)";
+
+std::string footer(const std::string& text) {
+  return text.empty() ? global_hint : text + "\n\n" + global_hint;
+}
+
+template <typename Value>
+void text_option(CLI::App& command, const std::string& name, Value& value, const std::string& type,
+                 const std::string& help) {
+  command.add_option(name, value, help)->type_name(type)->take_last();
+}
+
+void add_global_options(CLI::App& app, GlobalOptions& global) {
+  text_option(app, "--home", global.home, "DIR", "Program folder: settings, tiles and work files");
+  app.add_flag("-y,--yes", global.yes, "Answer every question with Yes");
+  app.add_flag("-q,--quiet", global.quiet, "No notes and no progress; warnings and errors still");
+  app.add_flag("--json", global.json, "Print the result and every message as one JSON object");
+  app.add_flag("-v,--verbose", global.verbose, "Show more: the tools' own lines, labels of settings");
+  app.set_version_flag("--version", std::string("ferrowen ") + version_text, "Print the version");
+}
+
+CLI::App* add_command(CLI::App& app, const std::string& name, const std::string& help,
+                      const std::string& footer_text) {
+  CLI::App* command = app.add_subcommand(name, help);
+  command->group("Commands");
+  command->footer(footer(footer_text));
+  return command;
+}
+
+void add_settings(CLI::App& app, SettingsArguments& arguments) {
+  using Action = SettingsArguments::Action;
+  CLI::App* settings =
+      add_command(app, "settings", "Show, change, back up or restore the settings", settings_footer);
+  settings->require_subcommand(1);
+  const auto add = [&](const std::string& name, Action action, const std::string& help) {
+    CLI::App* command = settings->add_subcommand(name, help);
+    command->group("Commands");
+    command->footer(global_hint);
+    command->callback([&arguments, action] { arguments.action = action; });
+    return command;
+  };
+  add("show", Action::show, "Show all settings");
+  add("get", Action::get, "Print the value of one setting")
+      ->add_option("NAME", arguments.name, "Name of the setting")
+      ->type_name("")
+      ->required();
+  add("set", Action::set, "Change settings")
+      ->add_option("NAME=VALUE", arguments.assignments, "Settings and their new values")
+      ->type_name("")
+      ->required();
+  add("backup", Action::backup, "Save a copy of the settings")
+      ->add_option("FILE", arguments.file, "Backup to write (*.mpdat)")
+      ->type_name("")
+      ->required();
+  add("restore", Action::restore, "Load the settings from a backup")
+      ->add_option("FILE", arguments.file, "Backup to read")
+      ->type_name("")
+      ->required();
+  add("reset", Action::reset, "Remove all settings: back to the defaults");
+}
+
+void add_split(CLI::App& app, SplitArguments& arguments) {
+  CLI::App* split = add_command(app, "split", "Cut a large map file into tiles", split_footer);
+  split->add_option("INPUT", arguments.input, "Map file: .osm, .osm.gz, .pbf or .o5m")
+      ->type_name("")
+      ->required();
+  text_option(*split, "--max-nodes", arguments.max_nodes, "N", "Most nodes in a tile (at least 100000)");
+  text_option(*split, "--max-areas", arguments.max_areas, "N", "Most tiles made in one pass (10 to 255)");
+  text_option(*split, "--mapid", arguments.map_id, "N", "Number of the first tile, 8 digits");
+  text_option(*split, "--description", arguments.description, "T", "Description of the tiles");
+  text_option(*split, "--memory", arguments.memory, "MB", "Memory for Java in megabytes");
+}
+
+void add_map_options(CLI::App& build, BuildArguments& arguments) {
+  build
+      .add_option("INPUT", arguments.input,
+                  "Map file: .osm, .osm.gz, .pbf, .o5m or .mp; else that of the settings")
+      ->type_name("");
+  text_option(build, "--name", arguments.name, "T", "Name of the map");
+  text_option(build, "--fid", arguments.fid, "N|auto", "Family ID; auto draws a new one");
+  text_option(build, "--mapid", arguments.map_id, "N", "Number of the first tile of the map, 8 digits");
+  text_option(build, "--style", arguments.style, "S", "Name of the mkgmap style");
+  text_option(build, "--typ", arguments.typ, "F", "TYP file");
+  text_option(build, "--tiles", arguments.tiles, "N,N",
+              "Build these tiles alone; saved: the saved selection");
+  text_option(build, "--country", arguments.country, "T", "Country name written into the map");
+  text_option(build, "--description", arguments.description, "T", "Description written into the map");
+}
+
+void add_run_options(CLI::App& build, BuildArguments& arguments) {
+  text_option(build, "--output", arguments.output, "DIR", "Where the map is written");
+  text_option(build, "--memory", arguments.memory, "MB", "Memory for Java in megabytes");
+  text_option(build, "--max-nodes", arguments.max_nodes, "N",
+              "Split again, with at most so many nodes in a tile");
+  build.add_flag("--gmapsupp", arguments.device_image, "Make a device image (gmapsupp.img)");
+  build.add_flag("--dem", arguments.dem, "Add a digital elevation model");
+  build.add_option("--contours", arguments.contours, "Contour lines; clip: cut to the map area")
+      ->type_name("yes|clip|no")
+      ->take_last()
+      ->check(CLI::IsMember({"yes", "clip", "no"}).description(""));
+  text_option(build, "--hgt", arguments.hgt, "DIR", "Folder of the height tiles (.hgt)");
+  build.add_option("--option", arguments.options, "A further mkgmap option; may be repeated")
+      ->type_name("\"--x=y\"")
+      ->allow_extra_args(false);
+  build.add_flag("--split", arguments.split_again, "Split again, even when good tiles are there");
+  build.add_flag("--print", arguments.print, "Print the commands, run and write nothing");
+}
+
+void add_build(CLI::App& app, BuildArguments& arguments) {
+  CLI::App* build =
+      add_command(app, "build", "Build a Garmin map, splitting first where needed", build_footer);
+  add_map_options(*build, arguments);
+  add_run_options(*build, arguments);
+}
+
+struct Parser {
+  CLI::App app{"Turns OpenStreetMap data into Garmin maps."};
+  GlobalOptions global;
+  SettingsArguments settings;
+  SplitArguments split;
+  BuildArguments build;
+
+  Parser() {
+    constexpr std::size_t column = 28;
+    app.name("ferrowen");
+    app.allow_windows_style_options(false);  // "/maps/a.pbf" is a path
+    app.fallthrough();                       // options for every command may stand behind it too
+    app.get_formatter()->column_width(column);
+    app.get_formatter()->label("REQUIRED", "");
+    app.get_formatter()->label("SUBCOMMAND", "COMMAND");
+    app.get_formatter()->label("OPTIONS", "OPTION...");
+    add_global_options(app, global);
+    add_settings(app, settings);
+    add_split(app, split);
+    add_command(app, "tiles", "Show the tiles of the last split", "");
+    add_build(app, build);
+    app.require_subcommand(1);
+    app.footer(main_footer);
+  }
+
+  CommandLine result() {
+    if (app.got_subcommand("settings")) return {global, settings};
+    if (app.got_subcommand("split")) return {global, split};
+    if (app.got_subcommand("tiles")) return {global, TilesArguments{}};
+    return {global, build};
+  }
+};
+
+}  // namespace
+
+ParsedCommandLine parse_command_line(const std::vector<std::string>& arguments) {
+  Parser parser;
+  if (arguments.empty()) return {std::nullopt, "", parser.app.help()};
+  try {
+    parser.app.parse(std::vector<std::string>(arguments.rbegin(), arguments.rend()));
+  } catch (const CLI::ParseError& error) {
+    std::ostringstream help;
+    std::ostringstream text;
+    if (parser.app.exit(error, help, text) == 0) return {std::nullopt, help.str(), ""};
+    return {std::nullopt, "", std::string(trim(text.str()))};
+  }
+  return {parser.result(), "", ""};
+}
+
+}  // namespace ferrowen

@@ -1,0 +1,51 @@
+// The command line: what may stand on it, and the plain values that come out of it.
+#pragma once
+
+#include <optional>
+#include <string>
+#include <variant>
+#include <vector>
+
+namespace ferrowen {
+
+struct GlobalOptions {
+  std::optional<std::string> home;
+  bool yes = false, quiet = false, json = false, verbose = false;
+};
+
+struct SettingsArguments {
+  enum class Action : unsigned char { show, get, set, backup, restore, reset };
+  Action action = Action::show;
+  std::string name;                      // get
+  std::vector<std::string> assignments;  // set: NAME=VALUE
+  std::string file;                      // backup, restore
+};
+
+struct SplitArguments {
+  std::string input;
+  std::optional<std::string> max_nodes, max_areas, map_id, description, memory;
+};
+
+struct TilesArguments {};
+
+struct BuildArguments {
+  std::optional<std::string> input, name, fid, map_id, style, typ, tiles, country, description, output;
+  std::optional<std::string> memory, max_nodes, contours, hgt;
+  bool device_image = false, dem = false, split_again = false, print = false;
+  std::vector<std::string> options;  // further mkgmap options, in order
+};
+
+struct CommandLine {
+  GlobalOptions global;
+  std::variant<SettingsArguments, SplitArguments, TilesArguments, BuildArguments> command;
+};
+
+struct ParsedCommandLine {
+  std::optional<CommandLine> line;
+  std::string help;   // set instead when help or the version was asked for
+  std::string error;  // set instead when the command line is wrong
+};
+
+ParsedCommandLine parse_command_line(const std::vector<std::string>& arguments);
+
+}  // namespace ferrowen

@@ -1,0 +1,15 @@
+// The commands, one file each (`settings_command.cpp`, ...).
+#pragma once
+
+#include "cli/command_line.hpp"
+#include "cli/exit_status.hpp"
+#include "cli/session.hpp"
+
+namespace ferrowen {
+
+ExitStatus run_command(Session& session, const SettingsArguments& arguments);
+ExitStatus run_command(Session& session, const SplitArguments& arguments);
+ExitStatus run_command(Session& session, const TilesArguments& arguments);
+ExitStatus run_command(Session& session, const BuildArguments& arguments);
+
+}  // namespace ferrowen
