@@ -42,6 +42,14 @@ ExitStatus print_commands(Session& session, const BuildRequest& request) {
   return ExitStatus::done;
 }
 
+ExitStatus write_arguments(Session& session, const BuildRequest& request) {
+  const Result<std::string> written = save_arguments(session.workspace, session.prompts, request);
+  if (!written.ok()) return session.fail(written.error, ExitStatus::stopped);
+  session.json["file"] = written.value;
+  session.show(written.value + "\n");
+  return ExitStatus::done;
+}
+
 ExitStatus build(Session& session, RunSettings& run, const BuildRequest& request) {
   Workspace& workspace = session.workspace;
   query_java_version(workspace, session.prompts, session.progress);
@@ -62,7 +70,8 @@ ExitStatus run_or_print(Session& session, const BuildArguments& arguments) {
   if (const Status input = check_input(workspace.settings.input, workspace.messages); !input.ok())
     return session.fail(input.error);
   if (arguments.fid == "auto") new_id(workspace, session.prompts);
-  return arguments.print ? print_commands(session, request) : build(session, run, request);
+  if (arguments.print) return print_commands(session, request);
+  return arguments.save_arguments ? write_arguments(session, request) : build(session, run, request);
 }
 
 }  // namespace

@@ -113,6 +113,12 @@ void add_split(CLI::App& app, SplitArguments& arguments) {
   text_option(*split, "--memory", arguments.memory, "MB", "Memory for Java in megabytes");
 }
 
+void add_tiles(CLI::App& app, TilesArguments& arguments) {
+  CLI::App* tiles = add_command(app, "tiles", "Show the tiles of the last split", "");
+  text_option(*tiles, "--save", arguments.save, "N,N",
+              "Keep these tiles as the selection that 'build --tiles saved' builds");
+}
+
 void add_map_options(CLI::App& build, BuildArguments& arguments) {
   build
       .add_option("INPUT", arguments.input,
@@ -146,6 +152,8 @@ void add_run_options(CLI::App& build, BuildArguments& arguments) {
       ->allow_extra_args(false);
   build.add_flag("--split", arguments.split_again, "Split again, even when good tiles are there");
   build.add_flag("--print", arguments.print, "Print the commands, run and write nothing");
+  build.add_flag("--save-arguments", arguments.save_arguments,
+                 "Write the argument files and sel.args for 'mkgmap -c', run nothing");
 }
 
 void add_build(CLI::App& app, BuildArguments& arguments) {
@@ -160,6 +168,7 @@ struct Parser {
   GlobalOptions global;
   SettingsArguments settings;
   SplitArguments split;
+  TilesArguments tiles;
   BuildArguments build;
 
   Parser() {
@@ -174,7 +183,7 @@ struct Parser {
     add_global_options(app, global);
     add_settings(app, settings);
     add_split(app, split);
-    add_command(app, "tiles", "Show the tiles of the last split", "");
+    add_tiles(app, tiles);
     add_build(app, build);
     app.require_subcommand(1);
     app.footer(main_footer);
@@ -183,7 +192,7 @@ struct Parser {
   CommandLine result() {
     if (app.got_subcommand("settings")) return {global, settings};
     if (app.got_subcommand("split")) return {global, split};
-    if (app.got_subcommand("tiles")) return {global, TilesArguments{}};
+    if (app.got_subcommand("tiles")) return {global, tiles};
     return {global, build};
   }
 };

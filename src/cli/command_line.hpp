@@ -26,12 +26,14 @@ struct SplitArguments {
   std::optional<std::string> max_nodes, max_areas, map_id, description, memory;
 };
 
-struct TilesArguments {};
+struct TilesArguments {
+  std::optional<std::string> save;  // tile numbers to keep as the saved selection
+};
 
 struct BuildArguments {
   std::optional<std::string> input, name, fid, map_id, style, typ, tiles, country, description, output;
   std::optional<std::string> memory, max_nodes, contours, hgt;
-  bool device_image = false, dem = false, split_again = false, print = false;
+  bool device_image = false, dem = false, split_again = false, print = false, save_arguments = false;
   std::vector<std::string> options;  // further mkgmap options, in order
 };
 

@@ -238,6 +238,8 @@ BuildReport create_map(Workspace& workspace, Prompts& prompts, Progress& progres
   BuildPlan plan;
   const std::string script = createselectedarg(workspace, prompts, plan);
   if (script == cancelled_text) return report;
+  for (const std::string& line : plan.log_lines)
+    progress.output(line + "\r\n");
   const double start = now();
   report.result = run_build(workspace, prompts, progress, script, plan, report);
   report.stages.push_back({"build", now() - start});
@@ -263,6 +265,22 @@ BuildReport make_map(Workspace& workspace, Prompts& prompts, Progress& progress,
   BuildReport built = create_map(workspace, prompts, progress, services);
   built.stages.insert(built.stages.begin(), report.stages.begin(), report.stages.end());
   return built;
+}
+
+Result<std::string> save_arguments(Workspace& workspace, Prompts& prompts, const BuildRequest& request) {
+  load_own_tiles(workspace, prompts);
+  if (const Status selected = apply_selection(workspace, request); !selected.ok())
+    return failed<std::string>(selected.error);
+  if (!check_fid(workspace, prompts)) return failed<std::string>(workspace.message(148));
+  BuildPlan plan;
+  if (createselectedarg(workspace, prompts, plan) == cancelled_text)
+    return failed<std::string>(workspace.message(148));
+  if (const Status made = make_folder(build_output_folder(workspace.settings)); !made.ok())
+    return failed<std::string>(made.error);
+  if (const Status copied = put_typ_in_place(plan); !copied.ok()) return failed<std::string>(copied.error);
+  if (const Status saved = save_current_arguments(workspace, plan.command); !saved.ok())
+    return failed<std::string>(saved.error);
+  return {platform::join(workspace.settings.argument_folder, argument_name::current), ""};
 }
 
 Result<std::vector<std::string>> planned_commands(Workspace& workspace, Prompts& prompts,

@@ -44,6 +44,10 @@ BuildReport create_map(Workspace& workspace, Prompts& prompts, Progress& progres
 BuildReport make_map(Workspace& workspace, Prompts& prompts, Progress& progress,
                      const BuildServices& services, const BuildRequest& request);
 
+// Writes the argument files of the build that make_map would run, and sel.args, which names them all for
+// "mkgmap -c". Runs nothing. The result is the path of sel.args.
+Result<std::string> save_arguments(Workspace& workspace, Prompts& prompts, const BuildRequest& request);
+
 // The commands that make_map would run, without running or writing anything; one line each.
 Result<std::vector<std::string>> planned_commands(Workspace& workspace, Prompts& prompts,
                                                   const BuildRequest& request);
