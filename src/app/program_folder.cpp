@@ -57,7 +57,7 @@ std::string find_program_folder(const std::optional<std::string>& home) {
   return platform::join(platform::user_data_folder(), "Ferrowen");
 #else
   if (file_exists(platform::join(own_folder, file_name::settings))) return own_folder;
-  return platform::join(platform::user_data_folder(), "ferrowen");
+  return platform::absolute(platform::join(platform::user_data_folder(), "ferrowen"));
 #endif
 }
 

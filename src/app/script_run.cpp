@@ -1,5 +1,8 @@
 #include "app/script_run.hpp"
 
+#include <algorithm>
+#include <array>
+
 #include "app/tools.hpp"
 #include "base/encoding.hpp"
 #include "base/files.hpp"
@@ -15,8 +18,13 @@ namespace {
 constexpr std::size_t map_name_digits = 8;
 constexpr const char* charset_conflict =
     "Warning!\r\n'latin1' and 'unicode' conflict detected in options.\r\nRemove one.";
-// The splitter's reader thread can run out of memory without the process ever ending.
-constexpr const char* hopeless_sign = "OutOfMemoryError";
+// A worker thread of the splitter that runs out of memory or disk space dies alone: the process never ends.
+constexpr std::array<std::string_view, 2> hopeless_signs = {"OutOfMemoryError", "Exception in thread \""};
+
+bool is_hopeless(std::string_view output) {
+  return std::any_of(hopeless_signs.begin(), hopeless_signs.end(),
+                     [&](std::string_view sign) { return contains(output, sign); });
+}
 
 bool map_name_is_wrong(std::string_view script, Dialect dialect) {
   const std::optional<std::string> name = map_name_option(script, dialect);
@@ -94,6 +102,14 @@ Status write_run_files(const Workspace& workspace, const std::string& script,
   return safe_write(workspace.path(file_name::last_run), with_crlf(script) + "\r\n");
 }
 
+// Steps away from "medium", the middle of the list.
+int priority_of(std::string_view name) {
+  const std::vector<std::string> names = split(thread_priorities, ",");
+  const auto found = std::find(names.begin(), names.end(), name);
+  const auto middle = static_cast<int>(names.size() / 2);
+  return found == names.end() ? 0 : static_cast<int>(found - names.begin()) - middle;
+}
+
 VisibleRunRequest request_for(const Workspace& workspace, std::string_view script,
                               const ScriptSwitches& switches, const std::function<void()>& tick) {
   VisibleRunRequest request;
@@ -101,9 +117,9 @@ VisibleRunRequest request_for(const Workspace& workspace, std::string_view scrip
   request.folder = workspace.folder.path();
   if (switches.keep_error_stream) request.error_file = workspace.path(file_name::error_stream);
   request.environment = tool_environment(workspace.settings);
+  request.priority = priority_of(workspace.settings.thread_priority);
   request.tick = tick;
-  if (is_split(workspace, script))
-    request.must_end = [](const std::string& output) { return contains(output, hopeless_sign); };
+  if (is_split(workspace, script)) request.must_end = is_hopeless;
   return request;
 }
 
@@ -144,13 +160,15 @@ VisibleRunEnd run_script(Workspace& workspace, Prompts& prompts, Progress& progr
   const Result<std::string> prepared = prepared_script(script, switches, workspace.messages);
   if (!prepared.ok()) return refused(script, prompts, prepared.error);
   if (!close_dos(!workspace.settings.confirmations_off, workspace.message(205), prompts, progress))
-    return refused(script, prompts, "");
+    return refused(script, prompts, finddos() ? workspace.message(148) : "");
   if (const Status written = write_run_files(workspace, prepared.value, switches); !written.ok())
     return refused(script, prompts, written.error);
   script = prepared.value;
   workspace.flags.cancel = false;
   VisibleRunEnd end = run_visible(request_for(workspace, script, switches, tick), progress);
   workspace.flags.cancel = end.cancelled;
+  end.output = decode_tool_text(end.output);
+  end.error_text = decode_tool_text(end.error_text);
   if (!end.started) return refused(script, prompts, end.problem);
   return end;
 }

@@ -104,11 +104,36 @@ Status wrong(const Field& field, std::string_view text, std::string_view wanted)
   return {std::string(field.name) + ": '" + std::string(text) + "' is not " + std::string(wanted) + "."};
 }
 
+bool is_thread_priority(std::string_view text) {
+  const std::vector<std::string> names = split(thread_priorities, ",");
+  return std::find(names.begin(), names.end(), text) != names.end();
+}
+
+// Commands say "java"; the settings only decide which program of that name it is.
+Status check_java_name(std::string_view path) {
+  const std::string name = lower_ascii(platform::name_of(path));
+  if (name == "java" || name == "java.exe") return {};
+  return {"You have selected:\r\n" + platform::name_of(path)};
+}
+
+// Folders that a person keeps; the others are made when they are needed.
+bool must_exist(const Field& field) {
+  return field.page == Page::folders && field.name.ends_with("-folder") && field.name != "output-folder" &&
+         field.name != "map-folder";
+}
+
 Status check_rule(const Field& field, std::string_view text) {
   if (field.name == "colour" && !text.empty() && !is_colour(text)) return wrong(field, text, "a colour");
   if (field.name == "max-jobs" && lenient_number(text) <= 0) return {"max-jobs must be > 0 "};
   if (field.name == "output-folder" && !text.empty() && !platform::is_absolute(text))
     return wrong(field, text, "an absolute path");
+  if (field.name == "thread-priority" && !text.empty() && !is_thread_priority(text))
+    return wrong(field, text, "one of " + std::string(thread_priorities));
+  if ((field.name == "max-nodes" || field.name == "max-areas") && !text.empty() && !is_digits(text))
+    return wrong(field, text, "a whole number");
+  if (field.name == "java" && !text.empty()) return check_java_name(text);
+  if (must_exist(field) && !text.empty() && !folder_exists(std::string(text)))
+    return {std::string(text) + " does not exist."};
   return {};
 }
 
@@ -142,6 +167,9 @@ void assign_stored(Settings& settings, const Field& field, std::string_view text
 Status assign_checked(Settings& settings, const Field& field, std::string_view text) {
   std::string value(text);
   if (contains(value, std::string_view("\0", 1))) return wrong(field, "(NUL)", "a text");
+  if (field.type != FieldType::lines && value.find_first_of("\r\n") != std::string::npos)
+    return wrong(field, text, "a text on one line");
+  if (Status rule = check_rule(field, trim(value)); !rule.ok()) return rule;
   if (field.type == FieldType::flag) {
     value = flag_text(text);
     if (value.empty()) return wrong(field, text, "yes or no");
@@ -151,7 +179,6 @@ Status assign_checked(Settings& settings, const Field& field, std::string_view t
   if (field.type == FieldType::real && !exact_number(replace_all(trim(text), ",", ".")))
     return wrong(field, text, "a number");
   if (field.type == FieldType::path) value = trim(value);
-  if (Status rule = check_rule(field, value); !rule.ok()) return rule;
   set_member(settings, field, field.type == FieldType::lines ? with_crlf(separate_lines(value)) : value);
   return {};
 }
@@ -186,7 +213,8 @@ LoadedSettings parse_settings(std::string_view text, std::string_view home) {
 
 std::string memory_of_java_options(std::string_view java_options) {
   const std::size_t start = java_options.find("Xmx");
-  if (start == std::string_view::npos) return "";
+  if (start == std::string_view::npos)
+    return is_digits(trim(java_options)) ? std::string(trim(java_options)) : "";
   const std::string_view rest = java_options.substr(start + 3);
   return std::string(rest.substr(0, rest.find('m')));
 }

@@ -50,6 +50,9 @@ struct Field {
   int slot = 0;  // index inside an array member
 };
 
+// The thread priorities that Java runs may have, in order.
+inline constexpr std::string_view thread_priorities = "lowest,lower,low,medium,high,higher,highest";
+
 // Every field, in line order.
 const std::vector<Field>& settings_fields();
 // nullptr when there is no field of that name (names are compared without case).
@@ -75,7 +78,8 @@ struct LoadedSettings {
 };
 LoadedSettings parse_settings(std::string_view text, std::string_view home);
 
-// The number between "Xmx" and the next "m" of a Java options text; "" without "Xmx".
+// The number between "Xmx" and the next "m" of a Java options text, or the text itself when it is a number
+// alone; "" for other options.
 std::string memory_of_java_options(std::string_view java_options);
 
 }  // namespace ferrowen

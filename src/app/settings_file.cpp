@@ -1,5 +1,9 @@
 #include "app/settings_file.hpp"
 
+#include <algorithm>
+
+#include "app/start_up.hpp"
+#include "base/encoding.hpp"
 #include "base/files.hpp"
 #include "base/text.hpp"
 #include "platform/paths.hpp"
@@ -20,14 +24,39 @@ constexpr std::string_view reset_basecamp =
 constexpr std::string_view reset_map_folder = "/media/garmin/maps";
 #endif
 
+// Older files were written in the system's code page; the byte 250 in them stands for a blank in any
+// encoding.
+std::string decoded(std::string_view bytes) {
+  constexpr std::string_view code_250 = "\xFA";
+  if (is_valid_utf8(bytes)) return std::string(bytes);
+  std::vector<std::string> pieces = split(bytes, code_250);
+  for (std::string& piece : pieces)
+    piece = decode_tool_text(piece);
+  return join_texts(pieces, code_250);
+}
+
 std::string program_folder_text(const Workspace& workspace) {
   const std::string current = workspace.path(file_name::settings);
   return read_whole_file(file_exists(current) ? current : workspace.path(file_name::previous_settings));
 }
 
+// Says why a file is no backup: loading one that is none would silently give a record of defaults.
+Status check_backup(const Workspace& workspace, const std::string& path) {
+  const Result<std::string> text = read_file(path);
+  if (!text.ok()) return {text.error};
+  if (trim(text.value).empty()) return {workspace.message(77) + path};
+  const auto is_foreign = [](char c) {
+    const auto byte = static_cast<unsigned char>(c);
+    return byte < ' ' && c != '\r' && c != '\n' && c != '\t' && c != '\x1f';
+  };
+  if (std::any_of(text.value.begin(), text.value.end(), is_foreign))
+    return {path + ": this is no backup of settings."};
+  return {};
+}
+
 std::string source_text(const Workspace& workspace, const SettingsSource& source) {
-  if (std::holds_alternative<FromProgramFolder>(source)) return program_folder_text(workspace);
-  if (const auto* path = std::get_if<std::string>(&source)) return read_whole_file(*path);
+  if (std::holds_alternative<FromProgramFolder>(source)) return decoded(program_folder_text(workspace));
+  if (const auto* path = std::get_if<std::string>(&source)) return decoded(read_whole_file(*path));
   std::string blank_lines;
   for (std::size_t line = 0; line < default_lines; ++line)
     blank_lines += " \r\n";
@@ -75,8 +104,13 @@ bool restore_settings(Workspace& workspace, Prompts& prompts) {
     prompts.tell(workspace.message(153), Icon::warning);
     return false;
   }
+  if (const Status sound = check_backup(workspace, *chosen); !sound.ok()) {
+    prompts.tell(sound.error, Icon::critical);
+    return false;
+  }
   if (prompts.ask(workspace.message(154), Buttons::yes_no_cancel) != Answer::yes) return false;
   loaddata(workspace, prompts, *chosen);
+  fill_machine_defaults(workspace);
   prompts.tell(workspace.message(155));
   return true;
 }
@@ -86,12 +120,14 @@ bool reset_settings(Workspace& workspace, Prompts& prompts) {
                   Icon::warning) != Answer::yes)
     return false;
   loaddata(workspace, prompts, FromDefaults{});
+  take_option_sets(workspace);
   Settings& settings = workspace.settings;
   settings.input = workspace.path(file_name::sample_map);
   settings.typ = workspace.path(file_name::default_typ);
   settings.basecamp = replace_all(reset_basecamp, "{user}", platform::home_folder());
   // Another drive than at the first start: a reset is what users do whose maps live on their second disk.
   settings.map_folder = reset_map_folder;
+  fill_machine_defaults(workspace);
   return true;
 }
 

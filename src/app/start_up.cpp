@@ -17,14 +17,6 @@ void fill(std::string& setting, const std::string& value) {
   if (setting.empty()) setting = value;
 }
 
-// The option sets that ship with the program become the options of a fresh record.
-void take_option_sets(Workspace& workspace) {
-  Settings& settings = workspace.settings;
-  fill(settings.options_text, with_crlf(read_whole_file(workspace.path(file_name::mkgmap_options))));
-  const std::string splitter = with_crlf(read_whole_file(workspace.path(file_name::splitter_options)));
-  if (!trim(splitter).empty()) settings.splitter_options = splitter;
-}
-
 void fill_garmin_programs(Settings& settings) {
 #ifdef _WIN32
   const std::string programs = "c:\\program files";
@@ -53,6 +45,13 @@ void fill_default_typ(Workspace& workspace) {
   if (!found.empty()) typ = workspace.path(found.front());
 }
 
+// A fresh installation starts with the shipped options, and with the sample map as its input.
+void offer_sample(Workspace& workspace) {
+  take_option_sets(workspace);
+  if (const std::string sample = workspace.path(file_name::sample_map); file_exists(sample))
+    fill(workspace.settings.input, sample);
+}
+
 void read_identifier_lists(Workspace& workspace) {
   workspace.device_map_ids = ",";
   if (const std::string path = workspace.path(file_name::map_ids); file_exists(path))
@@ -77,7 +76,7 @@ Status start_up(Workspace& workspace, Prompts& prompts) {
   const bool fresh = !file_exists(workspace.path(file_name::settings)) &&
                      !file_exists(workspace.path(file_name::previous_settings));
   loaddata(workspace, prompts);
-  if (fresh) take_option_sets(workspace);
+  if (fresh) offer_sample(workspace);
   fill_machine_defaults(workspace);
   if (style_names(workspace.settings).empty()) prompts.tell(no_styles);
   read_identifier_lists(workspace);
@@ -89,9 +88,19 @@ Status start_up(Workspace& workspace, Prompts& prompts) {
 }
 
 void query_java_version(Workspace& workspace, Prompts& prompts, Progress& progress) {
+  workspace.java_version = java_not_installed;
+  const std::string& set_java = workspace.settings.java;
+  if (!set_java.empty() && !file_exists(set_java)) {
+    prompts.tell(workspace.message(89) + set_java, Icon::warning);
+    return;
+  }
+  OutputHandler handler(workspace.flags, progress);
+  handler.show_all_output = workspace.settings.show_all_output;
   DOSOutputs java(workspace.flags, prompts, progress);
   java.environment = tool_environment(workspace.settings);
+  java.ReceiveOutputs = [&](std::string_view chunk) { handler.objDOS_ReceiveOutputs(chunk); };
   workspace.java_version = java_version_text(java.ExecuteCommand("java -version"));
+  handler.flush();
 }
 
 AfterStartUp check_main_path(const Workspace& workspace, Prompts& prompts) {
@@ -109,7 +118,7 @@ std::string java_version_text(std::string_view output) {
   if (!contains(lower_ascii(output), "build")) return java_not_installed;
   for (const std::string& line : split_lines(output)) {
     // Java tells of options taken from the environment before its version.
-    if (line.starts_with("Picked up ")) continue;
+    if (line.starts_with("Picked up ") || line.starts_with("NOTE: Picked up ")) continue;
     return replace_all(replace_all(line, "\r", ""), "\"", "");
   }
   return java_not_installed;
@@ -119,6 +128,13 @@ std::string java_label(std::string_view version_text) { return replace_all(versi
 
 std::vector<std::string> style_names(const Settings& settings) {
   return list_folders(settings.styles_folder);
+}
+
+void take_option_sets(Workspace& workspace) {
+  Settings& settings = workspace.settings;
+  fill(settings.options_text, with_crlf(read_whole_file(workspace.path(file_name::mkgmap_options))));
+  const std::string splitter = with_crlf(read_whole_file(workspace.path(file_name::splitter_options)));
+  if (!trim(splitter).empty()) settings.splitter_options = splitter;
 }
 
 void fill_machine_defaults(Workspace& workspace) {

@@ -27,6 +27,8 @@ std::string java_label(std::string_view version_text);
 
 // Names of the style folders; "default" is built into mkgmap and always there.
 std::vector<std::string> style_names(const Settings& settings);
+// The option sets that ship with the program become the options of a fresh record.
+void take_option_sets(Workspace& workspace);
 // Defaults that depend on the machine: default TYP, map folder, Garmin programs, tile caches, tool paths.
 void fill_machine_defaults(Workspace& workspace);
 

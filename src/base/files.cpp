@@ -18,6 +18,8 @@ using platform::path_text;
 namespace {
 
 constexpr std::string_view aside_ending = ".before";
+// Small files are copied by way of the memory: the reason of a failure is then the system's own.
+constexpr std::uint64_t largest_copied_at_once = 32ULL << 20U;
 
 // The file behind a link, so that a safe write renews the file and keeps the link.
 std::string write_target(const std::string& path) {
@@ -63,6 +65,11 @@ bool file_exists(const std::string& path) {
 bool folder_exists(const std::string& path) {
   std::error_code error;
   return !path.empty() && fs::is_directory(file_system_path(path), error);
+}
+
+bool same_folder(const std::string& one, const std::string& other) {
+  std::error_code error;
+  return fs::equivalent(platform::file_system_path(one), platform::file_system_path(other), error);
 }
 
 std::uint64_t file_size(const std::string& path) {
@@ -125,6 +132,10 @@ Status rename_file(const std::string& from, const std::string& to) {
 Status copy_file(const std::string& from, const std::string& to) {
   if (const std::string problem = not_replaceable(to); !problem.empty()) return {to + ": " + problem};
   const std::string neighbour = to + ".new";
+  if (file_size(from) <= largest_copied_at_once) {
+    const Result<std::string> bytes = read_file(from);
+    return bytes.ok() ? safe_write(to, bytes.value) : Status{bytes.error};
+  }
   std::error_code error;
   fs::copy_file(file_system_path(from), file_system_path(neighbour), fs::copy_options::overwrite_existing,
                 error);
@@ -156,11 +167,13 @@ MovedAside::~MovedAside() { static_cast<void>(restore()); }
 
 Status MovedAside::take(const std::string& path) {
   const std::string aside = path + std::string(aside_ending);
-  if (!file_exists(path)) {
-    // A run that was killed may have left its old files aside; they come back when this one fails too.
-    if (file_exists(aside)) m_paths.push_back(path);
+  // A run that was killed has left its old file aside: that one is whole, what lies in its place is not.
+  if (file_exists(aside)) {
+    if (Status removed = remove_file(path); !removed.ok()) return removed;
+    m_paths.push_back(path);
     return {};
   }
+  if (!file_exists(path)) return {};
   Status moved = rename_file(path, aside);
   if (moved.ok()) m_paths.push_back(path);
   return moved;

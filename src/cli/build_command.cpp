@@ -53,6 +53,7 @@ ExitStatus write_arguments(Session& session, const BuildRequest& request) {
 ExitStatus build(Session& session, RunSettings& run, const BuildRequest& request) {
   Workspace& workspace = session.workspace;
   query_java_version(workspace, session.prompts, session.progress);
+  if (session.progress.stop_requested()) return stop_before_run(session, run);
   const BuildReport report = make_map(workspace, session.prompts, session.progress, BuildServices{}, request);
   tell_end_of_run(session, report.result);
   show_report(session, report);

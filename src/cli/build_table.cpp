@@ -42,10 +42,12 @@ std::string files_text(const BuildReport& report) {
   for (const MadeFile& file : report.files) {
     if (!sum_up || !is_tile_image(file.path)) table.add({platform::name_of(file.path), size_text(file.size)});
   }
-  return table.text() + "\nMade in " + platform::folder_of(report.files.front().path) + "\n";
+  const std::string where = report.result == StageResult::done ? "Made in " : "Left for a look in ";
+  return table.text() + "\n" + where + platform::folder_of(report.files.front().path) + "\n";
 }
 
 std::string image_text(const BuildReport& report) {
+  if (report.result != StageResult::done) return "";
   for (const MadeFile& file : report.files) {
     if (platform::name_of(file.path) == "gmapsupp.img") return "Device image: " + file.path + "\n";
   }
@@ -56,8 +58,10 @@ std::string image_text(const BuildReport& report) {
 
 std::string report_text(const BuildReport& report) {
   std::string text;
-  if (!report.stages.empty()) text += stages_text(report);
-  if (!report.files.empty()) text += (text.empty() ? "" : "\n") + files_text(report) + image_text(report);
+  if (!report.stages.empty() && !report.command.empty()) text += stages_text(report);
+  if (!report.files.empty())
+    text += (text.empty() ? "" : "\n") + files_text(report) + image_text(report) +
+            "Family ID: " + report.fid + "\n";
   return text;
 }
 
@@ -65,6 +69,7 @@ void show_report(Session& session, const BuildReport& report) {
   session.show(terminal_text(report_text(report)) + (report_text(report).empty() ? "" : "\n"));
   session.json["command"] = report.command;
   session.json["tiles"] = report.tiles;
+  session.json["fid"] = report.fid;
   session.json["stages"] = Json::array();
   for (const StageTime& stage : report.stages)
     session.json["stages"].push_back({{"stage", stage.stage}, {"seconds", stage.seconds}});

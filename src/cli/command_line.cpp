@@ -197,11 +197,31 @@ struct Parser {
   }
 };
 
+// CLI11 only says that a command is missing; a person wants to know which word was not understood.
+std::string unknown_command(const CLI::App& app, const std::vector<std::string>& arguments) {
+  for (std::size_t i = 0; i < arguments.size(); ++i) {
+    const std::string& word = arguments[i];
+    if (word == "--home") {
+      ++i;
+    } else if (word.starts_with("-")) {
+      if (app.get_option_no_throw(word.substr(0, word.find('='))) == nullptr)
+        return "Unknown option " + word + ". 'ferrowen --help' lists the options.";
+    } else {
+      const auto commands = app.get_subcommands([&](const CLI::App* one) { return one->get_name() == word; });
+      if (commands.empty()) return "Unknown command '" + word + "'. 'ferrowen --help' lists the commands.";
+      return "";
+    }
+  }
+  return "";
+}
+
 }  // namespace
 
 ParsedCommandLine parse_command_line(const std::vector<std::string>& arguments) {
   Parser parser;
   if (arguments.empty()) return {std::nullopt, "", parser.app.help()};
+  if (const std::string unknown = unknown_command(parser.app, arguments); !unknown.empty())
+    return {std::nullopt, "", unknown};
   try {
     parser.app.parse(std::vector<std::string>(arguments.rbegin(), arguments.rend()));
   } catch (const CLI::ParseError& error) {

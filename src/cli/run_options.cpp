@@ -22,8 +22,8 @@ Status first_error(std::initializer_list<Status> steps) {
   return {};
 }
 
-void remember_input(Settings& settings, const std::string& input) {
-  settings.input = input.empty() ? "" : platform::absolute(input);
+Status remember_input(Settings& settings, const std::string& input) {
+  return assign_checked(settings, *find_field("input"), input.empty() ? "" : platform::absolute(input));
 }
 
 Status apply_contours(RunSettings& run, const std::optional<std::string>& contours) {
@@ -83,7 +83,7 @@ Status override_memory(RunSettings& run, const std::optional<std::string>& megab
 }
 
 Status apply_options(Workspace& workspace, RunSettings& run, const SplitArguments& arguments) {
-  remember_input(workspace.settings, arguments.input);
+  if (Status known = remember_input(workspace.settings, arguments.input); !known.ok()) return known;
   // The first map ID is fixed on every load and never stored.
   if (arguments.map_id) workspace.settings.first_map_id = *arguments.map_id;
   return first_error({override_text(run, "max-nodes", arguments.max_nodes),
@@ -93,7 +93,9 @@ Status apply_options(Workspace& workspace, RunSettings& run, const SplitArgument
 }
 
 Status apply_options(Workspace& workspace, RunSettings& run, const BuildArguments& arguments) {
-  if (arguments.input) remember_input(workspace.settings, *arguments.input);
+  if (arguments.input) {
+    if (Status known = remember_input(workspace.settings, *arguments.input); !known.ok()) return known;
+  }
   return first_error(
       {override_text(run, "map-name", arguments.name), apply_fid(workspace, run, arguments.fid),
        override_text(run, "map-id", arguments.map_id), override_text(run, "style", arguments.style),
@@ -124,6 +126,8 @@ ExitStatus check_program_path(Session& session) {
       session.prompts.tell("ferrowen settings set mkgmap=FILE", Icon::warning);
       break;
     case AfterStartUp::offer_restore:
+      // All settings would go back to an older state: that is a person's decision, never that of --yes.
+      if (!session.prompts.person_can_answer()) break;
       session.prompts.set_chosen_file(workspace.path(file_name::settings_backup));
       if (!restore_settings(workspace, session.prompts)) break;
       fill_machine_defaults(workspace);
@@ -138,6 +142,11 @@ ExitStatus save_after_run(Session& session, RunSettings& run, ExitStatus status)
   if (saved.ok()) return status;
   const ExitStatus failed = session.fail(saved.error, ExitStatus::run_failed);
   return status == ExitStatus::done ? failed : status;
+}
+
+ExitStatus stop_before_run(Session& session, RunSettings& run) {
+  tell_end_of_run(session, StageResult::cancelled);
+  return save_after_run(session, run, exit_status_of(StageResult::cancelled));
 }
 
 void tell_end_of_run(Session& session, StageResult result) {

@@ -27,6 +27,8 @@ std::string with_option_lines(std::string_view options_text, const std::vector<s
 ExitStatus check_program_path(Session& session);
 // Saves what the run left in the record; the status gets worse when that fails.
 ExitStatus save_after_run(Session& session, RunSettings& run, ExitStatus status);
+// The person stopped the program before the stage began.
+ExitStatus stop_before_run(Session& session, RunSettings& run);
 // Says what the run itself has not said: that it was stopped, the end of its error stream.
 void tell_end_of_run(Session& session, StageResult result);
 

@@ -12,6 +12,8 @@ namespace ferrowen {
 namespace {
 
 constexpr int message_already_running = 126;
+constexpr const char* no_program_folder =
+    "\nThe program folder cannot be used. --home DIR chooses another one.";
 
 std::string_view icon_word(Icon icon) {
   switch (icon) {
@@ -77,12 +79,13 @@ ExitStatus Session::open(Access access, Notes notes) {
   prompts.drop_notes(notes == Notes::drop && !options.verbose);
   const Status started = start_up(workspace, prompts);
   prompts.drop_notes(false);
-  return started.ok() ? ExitStatus::done : fail(started.error);
+  return started.ok() ? ExitStatus::done : fail(started.error + no_program_folder);
 }
 
 ExitStatus Session::take_lock() {
   const std::string path = workspace.path(file_name::lock);
-  if (const Status made = make_folder(workspace.path("system")); !made.ok()) return fail(made.error);
+  if (const Status made = make_folder(workspace.path("system")); !made.ok())
+    return fail(made.error + no_program_folder);
   switch (m_lock.acquire(path)) {
     case platform::InstanceLock::Result::held:
       return ExitStatus::done;
@@ -91,7 +94,7 @@ ExitStatus Session::take_lock() {
     case platform::InstanceLock::Result::failed:
       break;
   }
-  return fail(path + ": " + m_lock.error());
+  return fail(path + ": " + m_lock.error() + no_program_folder);
 }
 
 ExitStatus Session::fail(std::string_view text, ExitStatus status) {
@@ -108,6 +111,7 @@ ExitStatus Session::finish(ExitStatus status) {
   progress.finish();
   if (options.json) {
     Json object = json_object(result.empty() ? result_word(status) : result, status, prompts.log());
+    object["progress"] = progress.statuses();
     // Of this program alone, without the tools that it ran.
     object["own_processor_seconds"] = platform::processor_seconds();
     if (json.is_object()) object.update(json);

@@ -46,6 +46,9 @@ ExitStatus set(Session& session, const std::vector<std::string>& assignments) {
   session.workspace.settings = changed;
   const ExitStatus saved = save(session);
   if (saved != ExitStatus::done) return saved;
+  // A blank value means the default: what is shown is what the next start will read.
+  loaddata(session.workspace, session.prompts);
+  changed = session.workspace.settings;
   Table table({{""}, {""}});
   for (const Field* field : fields) {
     table.add({std::string(field->name), value_on_one_line(changed, *field)});
@@ -60,17 +63,12 @@ ExitStatus back_up(Session& session, const std::string& file) {
   return back_up_settings(session.workspace, session.prompts) ? ExitStatus::done : ExitStatus::run_failed;
 }
 
-// A backup that cannot be read would load as a record of defaults.
 ExitStatus restore(Session& session, const std::string& file) {
   const std::string path = platform::absolute(file);
-  const bool is_file = file_exists(path) && !folder_exists(path);
-  if (is_file) {
-    if (const Result<std::string> text = read_file(path); !text.ok()) return session.fail(text.error);
-    if (file_size(path) == 0) return session.fail(session.workspace.message(77) + path);
-  }
   session.prompts.set_chosen_file(path);
   if (restore_settings(session.workspace, session.prompts)) return save(session);
-  return is_file ? ExitStatus::stopped : ExitStatus::wrong_usage;
+  // Without a question asked it was the file that was at fault.
+  return session.prompts.was_asked() ? ExitStatus::stopped : ExitStatus::wrong_usage;
 }
 
 ExitStatus reset(Session& session) {

@@ -16,6 +16,7 @@ ExitStatus split(Session& session, RunSettings& run) {
   Workspace& workspace = session.workspace;
   const auto start = std::chrono::steady_clock::now();
   query_java_version(workspace, session.prompts, session.progress);
+  if (session.progress.stop_requested()) return stop_before_run(session, run);
   const StageResult result = start_split(workspace, session.prompts, session.progress);
   tell_end_of_run(session, result);
   const std::chrono::duration<double> seconds = std::chrono::steady_clock::now() - start;

@@ -50,6 +50,7 @@ void TerminalProgress::status(std::string_view text) {
   const std::string shown = replace_all(terminal_text(text), "\n", " ");
   if (shown == m_status) return;
   m_status = shown;
+  if (!shown.empty()) m_statuses.push_back(shown);
   if (m_terminal.is_live())
     redraw(true);
   else if (!m_rules.quiet && !m_status.empty())

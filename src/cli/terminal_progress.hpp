@@ -6,6 +6,7 @@
 #include <functional>
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include "base/prompts.hpp"
 #include "cli/terminal.hpp"
@@ -37,6 +38,8 @@ class TerminalProgress : public Progress {
 
   // The run is over: the bar goes, an unfinished line of a tool is shown.
   void finish();
+  // Every status shown, in order.
+  [[nodiscard]] const std::vector<std::string>& statuses() const { return m_statuses; }
 
  private:
   void redraw(bool at_once);
@@ -48,6 +51,7 @@ class TerminalProgress : public Progress {
   double m_fraction = 0;
   double m_seconds = 0;
   std::string m_status;
+  std::vector<std::string> m_statuses;
   std::string m_tool_line;  // what has come of a line that is not finished
 };
 

@@ -94,4 +94,9 @@ void TerminalPrompts::print_shown_files() {
   m_shown_files.clear();
 }
 
+bool TerminalPrompts::was_asked() const {
+  return std::any_of(m_log.begin(), m_log.end(),
+                     [](const LoggedMessage& one) { return one.answer.has_value(); });
+}
+
 }  // namespace ferrowen

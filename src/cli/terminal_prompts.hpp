@@ -39,6 +39,8 @@ class TerminalPrompts : public Prompts {
   // Prints the last lines of the files that were to be shown.
   void print_shown_files();
   [[nodiscard]] const MessageLog& log() const { return m_log; }
+  [[nodiscard]] bool was_asked() const;
+  [[nodiscard]] bool person_can_answer() const { return m_rules.person_can_answer; }
 
  private:
   [[nodiscard]] Answer read_answer(Buttons buttons);

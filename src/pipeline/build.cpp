@@ -11,6 +11,8 @@
 #include "pipeline/build_plan.hpp"
 #include "pipeline/build_run.hpp"
 #include "pipeline/identifiers.hpp"
+#include "pipeline/mkgmap_command.hpp"
+#include "pipeline/options_text.hpp"
 #include "pipeline/tiles/input_file.hpp"
 #include "pipeline/tiles/tile_list.hpp"
 #include "platform/files.hpp"
@@ -37,6 +39,7 @@ class Results {
   [[nodiscard]] std::vector<MadeFile> made() const;
   [[nodiscard]] std::size_t images_found() const;
   [[nodiscard]] std::size_t images_expected() const { return m_expected.size(); }
+  [[nodiscard]] bool replace_older() const { return m_old.count() > 0; }
   Status keep() { return m_old.drop(); }
   Status undo();
 
@@ -96,10 +99,13 @@ void tell_problem(Prompts& prompts, const Status& status) {
   if (!status.ok()) prompts.tell(status.error, Icon::critical);
 }
 
-// Own scripts name their map themselves.
+// Own scripts name their map themselves; one that makes a device image alone is judged by that.
 void plan_for_own_script(const Workspace& workspace, BuildPlan& plan) {
   const std::string script = read_whole_file(workspace.path(file_name::own_script));
-  plan.map_names = {map_name_option(script, native_dialect).value_or(default_map_name)};
+  const std::optional<std::string> name = map_name_option(script, native_dialect);
+  const bool image_alone = !name && has_option(script, "--gmapsupp", native_dialect);
+  plan.map_names.clear();
+  if (!image_alone) plan.map_names = {name.value_or(default_map_name)};
 }
 
 Status put_typ_in_place(const BuildPlan& plan) {
@@ -142,18 +148,21 @@ std::string java_log(const Workspace& workspace) {
 }
 
 // Judges the run and either keeps or undoes what it left.
-StageResult conclude(Workspace& workspace, Prompts& prompts, Results& results, const VisibleRunEnd& run,
-                     BuildReport& report) {
+StageResult conclude(Workspace& workspace, Prompts& prompts, Progress& progress, Results& results,
+                     const VisibleRunEnd& run, BuildReport& report) {
   if (run.cancelled) {
     tell_problem(prompts, results.undo());
     return StageResult::cancelled;
   }
   const Judgement judgement = judge_build(results.expected(), run, java_log(workspace));
-  const bool all_there = judgement.verdict == Verdict::good || judgement.verdict == Verdict::doubtful;
   if (judgement.verdict != Verdict::good) tell_failure(workspace, prompts, judgement, run);
-  if (all_there) report.files = results.made();
-  tell_problem(prompts, all_there ? results.keep() : results.undo());
+  // A map that is all there but was complained of stays for a look at it, unless an older one would be lost.
+  const bool stays = judgement.verdict == Verdict::good ||
+                     (judgement.verdict == Verdict::doubtful && !results.replace_older());
+  if (stays) report.files = results.made();
+  tell_problem(prompts, stays ? results.keep() : results.undo());
   if (judgement.verdict != Verdict::good) return StageResult::failed;
+  progress.status(timetaken(run.seconds));
   for (const MadeFile& file : report.files)
     workspace.built_files.push_back(file.path);
   return StageResult::done;
@@ -185,11 +194,12 @@ StageResult run_build(Workspace& workspace, Prompts& prompts, Progress& progress
     return StageResult::stopped;
   }
   report.command = script;
+  report.fid = workspace.settings.fid;
   if (!run.cancelled && !halt_is_accepted(workspace, prompts, script)) {
-    tell_problem(prompts, results.undo());
+    tell_problem(prompts, results.keep());
     return StageResult::stopped;
   }
-  return conclude(workspace, prompts, results, run, report);
+  return conclude(workspace, prompts, progress, results, run, report);
 }
 
 bool split_is_wanted(const Workspace& workspace, const BuildRequest& request) {
@@ -218,23 +228,53 @@ Status apply_selection(Workspace& workspace, const BuildRequest& request) {
   return {};
 }
 
-StageResult split_first(Workspace& workspace, Prompts& prompts, Progress& progress, BuildReport& report) {
-  if (const Status sound = check_input(workspace.settings.input, workspace.messages); !sound.ok()) {
-    prompts.tell(sound.error, Icon::warning);
+// What the run entry would refuse in the command, told before the time of a split is spent on it.
+Status check_command(const Workspace& workspace) {
+  Settings settings = workspace.settings;
+  const OptionsText options =
+      parse_options_text(settings.use_options_text ? settings.options_text : "", file_name::mkgmap_options);
+  const Result<std::string> command = render_command(mkgmap_command(settings, options, {}), native_dialect);
+  if (!command.ok()) return {command.error};
+  return {prepared_script(command.value, {}, workspace.messages).error};
+}
+
+StageResult split_first(Workspace& workspace, Prompts& prompts, Progress& progress,
+                        const BuildServices& services, BuildReport& report) {
+  workspace.tiles.clear();
+  if (check_build(workspace, prompts, progress, services, CheckScope::before_split) == CheckResult::stop)
+    return StageResult::stopped;
+  if (const Status sound = check_command(workspace); !sound.ok()) {
+    prompts.tell(sound.error, Icon::critical);
     return StageResult::stopped;
   }
+  if (!memory_is_accepted(workspace, prompts)) return StageResult::stopped;
   const double start = now();
   const StageResult result = do_splitter(workspace, prompts, progress);
   report.stages.push_back({"split", now() - start});
   return result;
 }
 
+// Tiles as a split that has yet to come may make them: enough to plan with.
+void plan_tiles_to_come(Workspace& workspace, const BuildRequest& request, PlanFacts& facts) {
+  const std::string unchosen = "00000000";
+  std::vector<std::string> numbers = request.tiles;
+  if (std::find(numbers.begin(), numbers.end(), workspace.settings.first_map_id) == numbers.end())
+    numbers.insert(numbers.begin(), workspace.settings.first_map_id);
+  if (!request.tiles.empty()) numbers.push_back(unchosen);
+  workspace.tiles.clear();
+  facts.template_text.clear();
+  for (const std::string& number : numbers) {
+    workspace.tiles.push_back({number, "", {}, {}, false});
+    facts.template_text += argument_block_text({number, "", number + ".o5m"});
+  }
+}
+
 }  // namespace
 
 BuildReport create_map(Workspace& workspace, Prompts& prompts, Progress& progress,
-                       const BuildServices& services) {
+                       const BuildServices& services, CheckScope scope) {
   BuildReport report;
-  if (check_build(workspace, prompts, progress, services) == CheckResult::stop) return report;
+  if (check_build(workspace, prompts, progress, services, scope) == CheckResult::stop) return report;
   BuildPlan plan;
   const std::string script = createselectedarg(workspace, prompts, plan);
   if (script == cancelled_text) return report;
@@ -250,8 +290,9 @@ BuildReport create_map(Workspace& workspace, Prompts& prompts, Progress& progres
 BuildReport make_map(Workspace& workspace, Prompts& prompts, Progress& progress,
                      const BuildServices& services, const BuildRequest& request) {
   BuildReport report;
-  if (split_is_wanted(workspace, request)) {
-    report.result = split_first(workspace, prompts, progress, report);
+  const bool splits = split_is_wanted(workspace, request);
+  if (splits) {
+    report.result = split_first(workspace, prompts, progress, services, report);
     if (report.result != StageResult::done) return report;
     workspace.saved_selection = false;
   } else {
@@ -262,7 +303,8 @@ BuildReport make_map(Workspace& workspace, Prompts& prompts, Progress& progress,
     report.result = StageResult::stopped;
     return report;
   }
-  BuildReport built = create_map(workspace, prompts, progress, services);
+  BuildReport built =
+      create_map(workspace, prompts, progress, services, splits ? CheckScope::after_split : CheckScope::all);
   built.stages.insert(built.stages.begin(), report.stages.begin(), report.stages.end());
   return built;
 }
@@ -286,23 +328,33 @@ Result<std::string> save_arguments(Workspace& workspace, Prompts& prompts, const
 Result<std::vector<std::string>> planned_commands(Workspace& workspace, Prompts& prompts,
                                                   const BuildRequest& request) {
   using Commands = std::vector<std::string>;
-  Commands commands;
+  Settings& settings = workspace.settings;
+  std::vector<Command> commands;
+  PlanFacts facts;
   if (split_is_wanted(workspace, request)) {
-    const Result<std::string> split =
-        render_command(splitter_command(workspace.settings).command, native_dialect);
-    if (!split.ok()) return failed<Commands>(split.error);
-    commands.push_back(split.value);
+    settings.max_nodes = corrected_max_nodes(settings.max_nodes).value;
+    settings.max_areas = corrected_max_areas(settings.max_areas).value;
+    commands.push_back(splitter_command(settings).command);
+    facts = gather_plan_facts(workspace);
+    plan_tiles_to_come(workspace, request, facts);
+  } else {
+    load_own_tiles(workspace, prompts);
+    facts = gather_plan_facts(workspace);
   }
-  load_own_tiles(workspace, prompts);
   if (const Status selected = apply_selection(workspace, request); !selected.ok())
     return failed<Commands>(selected.error);
-  if (lenient_number(workspace.settings.fid) == 0) new_id(workspace, prompts);
-  const Result<BuildPlan> plan = plan_build(workspace, gather_plan_facts(workspace));
+  if (lenient_number(settings.fid) == 0) new_id(workspace, prompts);
+  if (lenient_number(settings.fid) == 0) return failed<Commands>(workspace.message(70));
+  Result<BuildPlan> plan = plan_build(workspace, facts);
   if (!plan.ok()) return failed<Commands>(plan.error);
-  const Result<std::string> build = render_command(plan.value.command, native_dialect);
-  if (!build.ok()) return failed<Commands>(build.error);
-  commands.push_back(build.value);
-  return {commands, ""};
+  commands.push_back(std::move(plan.value.command));
+  Result<Commands> lines;
+  for (const Command& command : commands) {
+    const Result<std::string> line = render_command(command, native_dialect);
+    if (!line.ok()) return failed<Commands>(line.error);
+    lines.value.push_back(line.value);
+  }
+  return lines;
 }
 
 }  // namespace ferrowen

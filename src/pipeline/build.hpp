@@ -28,6 +28,7 @@ struct BuildReport {
   std::vector<StageTime> stages;
   std::vector<MadeFile> files;  // what this build made, in the output folder
   std::string command;          // as run
+  std::string fid;              // family ID of the map
   std::size_t tiles = 0;
 };
 
@@ -39,7 +40,7 @@ struct BuildRequest {
 
 // Create Map: the checks, then the build of the tiles (or of the unsplit input).
 BuildReport create_map(Workspace& workspace, Prompts& prompts, Progress& progress,
-                       const BuildServices& services);
+                       const BuildServices& services, CheckScope scope = CheckScope::all);
 // The same from any state: splits first when the input needs it, then selects and builds.
 BuildReport make_map(Workspace& workspace, Prompts& prompts, Progress& progress,
                      const BuildServices& services, const BuildRequest& request);

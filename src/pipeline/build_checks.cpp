@@ -77,13 +77,14 @@ CheckResult ask_about_size(const Workspace& workspace, Prompts& prompts) {
 
 CheckResult tell_missing_cells(const Workspace& workspace, Prompts& prompts) {
   const std::string land_list = read_whole_file(workspace.path(file_name::land_cells));
-  const std::string folder = current_hgt_folder(workspace.settings);
+  const std::vector<std::string> folders = searched_hgt_folders(workspace.settings);
   const std::vector<std::string> names = coverage_of_selection(workspace.tiles, land_list);
-  const CellFiles cells = find_cell_files(names, folder, CellFile::hgt);
-  if (names.empty() || cells.missing.empty() || !holds_heights(folder)) return CheckResult::go_on;
+  const CellFiles cells = find_cell_files(names, folders, CellFile::hgt);
+  const bool heights = std::any_of(folders.begin(), folders.end(), holds_heights);
+  if (names.empty() || cells.missing.empty() || !heights) return CheckResult::go_on;
   if (cells.found.empty()) return stop(prompts, "No HGT!\r\n" + join_texts(cells.missing, crlf));
-  prompts.tell(std::to_string(cells.missing.size()) + " hgt file(s) not found.\r\nFolder: '" + folder +
-                   "'\r\n" + join_texts(cells.missing, crlf),
+  prompts.tell(std::to_string(cells.missing.size()) + " hgt file(s) not found.\r\nFolder: '" +
+                   join_texts(folders, "', '") + "'\r\n" + join_texts(cells.missing, crlf),
                Icon::warning);
   return CheckResult::go_on;
 }
@@ -133,18 +134,19 @@ CheckResult check_tiles(const Workspace& workspace, Prompts& prompts) {
     return stop(prompts, workspace.message(61) + settings.input);
   }
   if (workspace.saved_selection && selected_count(workspace.tiles) == 0)
-    return stop(prompts, workspace.message(60));
+    return stop(prompts, "Please select tile(s)");
   if (!file_has_content(platform::join(settings.split_folder, template_name)))
     return stop(prompts, workspace.message(4));
   return CheckResult::go_on;
 }
 
 CheckResult check_style(Workspace& workspace, Prompts& prompts, Progress& progress,
-                        const BuildServices& services) {
+                        const BuildServices& services, CheckScope scope) {
   if (trim(workspace.settings.style).empty()) return stop(prompts, workspace.message(62));
   progress.status(workspace.message(178));
   services.collect_registered(workspace);
-  if (ask_about_size(workspace, prompts) == CheckResult::stop) return CheckResult::stop;
+  if (scope == CheckScope::all && ask_about_size(workspace, prompts) == CheckResult::stop)
+    return CheckResult::stop;
   return check_style_folder(workspace, prompts);
 }
 
@@ -174,7 +176,8 @@ CheckResult check_input_map(const Workspace& workspace, Prompts& prompts) {
 CheckResult check_identity(Workspace& workspace, Prompts& prompts, Progress& progress) {
   Settings& settings = workspace.settings;
   const std::string fid(trim(settings.fid));
-  if (!fid.empty() && (!is_digits(fid) || lenient_whole_number(fid) > highest_fid)) {
+  const double number = lenient_number(fid);
+  if (!settings.fid_locked && (number < 0 || number > highest_fid)) {
     prompts.tell(workspace.message(140), Icon::warning);
     settings.fid = std::to_string(reset_fid);
   }
@@ -203,23 +206,30 @@ CheckResult check_input_size(const Workspace& workspace, Prompts& prompts) {
 }
 
 CheckResult check_build(Workspace& workspace, Prompts& prompts, Progress& progress,
-                        const BuildServices& services) {
-  const std::vector<std::function<CheckResult()>> checks = {
-      [&] { return check_outputs_chosen(workspace, prompts); },
-      [&] { return check_clip_folder(workspace, prompts); },
-      [&] { return check_names(workspace, prompts); },
-      [&] { return check_mp_elevation(workspace, prompts); },
-      [&] { return check_tiles(workspace, prompts); },
-      [&] { return check_style(workspace, prompts, progress, services); },
-      [&] { return check_typ_and_tools(workspace, prompts); },
-      [&] { return check_input_map(workspace, prompts); },
-      [&] { return check_identity(workspace, prompts, progress); },
-      [&] { return check_elevation(workspace, prompts); },
-      [&] { return check_transparency(workspace, prompts); },
-      [&] { return check_input_size(workspace, prompts); },
+                        const BuildServices& services, CheckScope scope) {
+  struct Check {
+    bool needs_tiles;
+    std::function<CheckResult()> make;
   };
-  const bool all_passed = std::all_of(checks.begin(), checks.end(),
-                                      [](const auto& check) { return check() == CheckResult::go_on; });
+  const std::vector<Check> checks = {
+      {false, [&] { return check_outputs_chosen(workspace, prompts); }},
+      {false, [&] { return check_clip_folder(workspace, prompts); }},
+      {false, [&] { return check_names(workspace, prompts); }},
+      {false, [&] { return check_mp_elevation(workspace, prompts); }},
+      {true, [&] { return check_tiles(workspace, prompts); }},
+      {false, [&] { return check_style(workspace, prompts, progress, services, scope); }},
+      {false, [&] { return check_typ_and_tools(workspace, prompts); }},
+      {false, [&] { return check_input_map(workspace, prompts); }},
+      {false, [&] { return check_identity(workspace, prompts, progress); }},
+      {true, [&] { return check_elevation(workspace, prompts); }},
+      {false, [&] { return check_transparency(workspace, prompts); }},
+      {false, [&] { return check_input_size(workspace, prompts); }},
+  };
+  const bool all_passed = std::all_of(checks.begin(), checks.end(), [&](const Check& check) {
+    const bool left_out = (scope == CheckScope::before_split && check.needs_tiles) ||
+                          (scope == CheckScope::after_split && !check.needs_tiles);
+    return left_out || check.make() == CheckResult::go_on;
+  });
   return all_passed ? CheckResult::go_on : CheckResult::stop;
 }
 

@@ -17,11 +17,15 @@ struct BuildServices {
   std::function<void(Workspace&)> collect_registered = [](Workspace&) {};
 };
 
+// A build that splits first makes the checks that need no tiles before the split, so that nobody waits for
+// tiles that cannot be built, and the others behind it.
+enum class CheckScope : std::uint8_t { all, before_split, after_split };
+
 enum class CheckResult : std::uint8_t { go_on, stop };
 
 // All checks; stops at the first that forbids the build.
 CheckResult check_build(Workspace& workspace, Prompts& prompts, Progress& progress,
-                        const BuildServices& services);
+                        const BuildServices& services, CheckScope scope = CheckScope::all);
 
 // The single checks, in the order in which check_build makes them.
 CheckResult check_outputs_chosen(const Workspace& workspace, Prompts& prompts);
@@ -30,7 +34,7 @@ CheckResult check_names(const Workspace& workspace, Prompts& prompts);
 CheckResult check_mp_elevation(const Workspace& workspace, Prompts& prompts);
 CheckResult check_tiles(const Workspace& workspace, Prompts& prompts);
 CheckResult check_style(Workspace& workspace, Prompts& prompts, Progress& progress,
-                        const BuildServices& services);
+                        const BuildServices& services, CheckScope scope);
 CheckResult check_typ_and_tools(const Workspace& workspace, Prompts& prompts);
 CheckResult check_input_map(const Workspace& workspace, Prompts& prompts);
 CheckResult check_identity(Workspace& workspace, Prompts& prompts, Progress& progress);

@@ -137,9 +137,9 @@ std::vector<std::string> further_files(const Settings& settings, const BuildPlan
   for (const char* ending : {".img", ".tdb", ".mdx", "_mdr.img", ".nsi", "_license.txt"})
     names.push_back(overview + ending);
   // A TYP that already lies in the output folder is the user's own file and stays where it is.
-  if (!plan.typ_copy.empty() && plan.typ_copy != plan.typ_source) {
+  if (!plan.typ_copy.empty()) {
     const std::string typ = platform::name_of(plan.typ_copy);
-    names.push_back(typ);
+    if (plan.typ_copy != plan.typ_source) names.push_back(typ);
     names.push_back("x" + typ);
     if (ends_with_ignoring_case(typ, ".txt")) {
       names.push_back(typ.substr(0, typ.size() - 4) + ".typ");

@@ -27,7 +27,7 @@ int base_of(const Settings& settings) {
 }  // namespace
 
 std::int16_t fid_candidate(double uniform, int base) {
-  return static_cast<std::int16_t>(nearest_even(uniform * fid_range + base));
+  return static_cast<std::int16_t>(static_cast<long>(nearest_even(uniform * fid_range + base)));
 }
 
 std::optional<int> free_fid(int base, const std::string& registered, const std::string& avoided,
@@ -73,18 +73,21 @@ bool check_fid(Workspace& workspace, Prompts& prompts) {
       return false;
     }
     new_id(workspace, prompts);
+    if (lenient_number(settings.fid) == 0) return false;
   }
   if (comma_list_holds(workspace.registered_fids, settings.fid)) {
     const std::string question =
         "FID " + settings.fid + " " + workspace.message(175) + "\r\nLet ferrowen create new FID?";
     if (prompts.ask(question) != Answer::yes) {
+      prompts.tell(workspace.message(198));
       if (const Status saved = savedata(workspace); !saved.ok()) prompts.tell(saved.error, Icon::critical);
       return false;
     }
     new_id(workspace, prompts);
   }
+  if (settings.fid.empty() && settings.auto_add_fid) new_id(workspace, prompts);
   if (!settings.fid.empty()) return true;
-  prompts.tell(workspace.message(75) + "\r\nSee Settings to set AUTO ADD FID", Icon::warning);
+  prompts.tell(workspace.message(70) + "\r\nSee Settings to set AUTO ADD FID", Icon::warning);
   return false;
 }
 

@@ -13,7 +13,7 @@ namespace ferrowen {
 
 inline constexpr int fid_range = 8000;
 inline constexpr int lowest_fid = 200;
-inline constexpr long highest_fid = 65535;
+inline constexpr long highest_fid = 65500;
 
 // Nearest whole number, halves to even, of r * 8000 + base, as a 16-bit signed number.
 std::int16_t fid_candidate(double uniform, int base);

@@ -22,6 +22,7 @@ struct ProcessRequest {
   std::vector<std::pair<std::string, std::string>> environment;  // set in addition to what is inherited
   bool own_console = false;   // Windows: a console window of its own, output not captured; elsewhere ignored
   std::string console_title;  // title of that window
+  int priority = 0;           // -3 (lowest) to 3 (highest); above 0 only as far as the system allows it
 };
 
 enum class StartResult : std::uint8_t { started, no_pipe, not_started };

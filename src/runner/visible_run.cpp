@@ -40,7 +40,7 @@ std::string script_seen_from(const std::string& folder, const std::string& scrip
 void name_script(platform::ProcessRequest& request, const std::string& script) {
   std::string interpreter = platform::interpreter_title();
   if (interpreter.empty()) interpreter = "cmd.exe";
-  request.command_line = "\"" + interpreter + "\" /d /s /c \"\"%" + script_variable + "%\"\"";
+  request.command_line = "\"" + interpreter + "\" /d /v:off /e:on /s /c \"\"%" + script_variable + "%\"\"";
   request.environment.emplace_back(script_variable, script_seen_from(request.folder, script));
   request.own_console = true;
   request.console_title = platform::interpreter_title();
@@ -90,6 +90,7 @@ class VisibleRun {
     platform::ProcessRequest process;
     process.folder = m_request.folder;
     process.environment = m_request.environment;
+    process.priority = m_request.priority;
     name_script(process, platform::absolute(m_request.script_path));
     m_end.started = m_child.start(process) == platform::StartResult::started;
     if (!m_end.started) m_end.problem = m_request.script_path + ": " + m_child.error();

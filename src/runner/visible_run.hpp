@@ -18,6 +18,7 @@ struct VisibleRunRequest {
   // run is removed first. Followed live when not empty.
   std::string error_file;
   std::vector<std::pair<std::string, std::string>> environment;
+  int priority = 0;            // -3 (lowest) to 3 (highest)
   std::function<void()> tick;  // called several times a second while the run lasts
   std::function<bool(const std::string&)>
       must_end;  // output so far shows that the run will never end by itself

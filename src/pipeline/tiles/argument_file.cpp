@@ -6,6 +6,8 @@ namespace ferrowen {
 
 namespace {
 
+constexpr std::string_view commented_description = "# description:";
+
 struct NameAndValue {
   std::string name;
   std::string value;
@@ -27,9 +29,11 @@ ArgumentFile parse_argument_file(std::string_view text) {
   for (const std::string& line : split_lines(text)) {
     NameAndValue option = name_and_value(line);
     if (option.name == "mapname") {
-      file.blocks.push_back({std::move(option.value), "", ""});
+      file.blocks.push_back({std::move(option.value), "", "", ""});
     } else if (file.blocks.empty()) {
       file.head.push_back(line);
+    } else if (trim(line).starts_with(commented_description)) {
+      file.blocks.back().commented_description = trim(line).substr(commented_description.size());
     } else if (option.name == "description") {
       file.blocks.back().description = std::move(option.value);
     } else if (option.name == "input-file") {
@@ -41,8 +45,9 @@ ArgumentFile parse_argument_file(std::string_view text) {
 
 std::string argument_block_text(const ArgumentBlock& block) {
   // An empty description would blank out the one of the command, so that it stays a comment.
-  const std::string description =
-      block.description.empty() ? "# description:" : "description: " + block.description;
+  const std::string description = block.description.empty()
+                                      ? std::string(commented_description) + block.commented_description
+                                      : "description: " + block.description;
   return join_texts({"mapname: " + block.map_name, description, "input-file: " + block.input_file, "", ""},
                     crlf);
 }

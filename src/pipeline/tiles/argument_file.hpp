@@ -11,6 +11,7 @@ struct ArgumentBlock {
   std::string map_name;
   std::string description;
   std::string input_file;
+  std::string commented_description = {};  // what stands behind "# description:", kept as a comment
 };
 
 struct ArgumentFile {

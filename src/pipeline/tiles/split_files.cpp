@@ -3,7 +3,9 @@
 #include <algorithm>
 #include <array>
 
+#include "base/files.hpp"
 #include "base/text.hpp"
+#include "pipeline/tiles/argument_file.hpp"
 #include "pipeline/tiles/tile_list.hpp"
 #include "platform/paths.hpp"
 
@@ -14,16 +16,20 @@ namespace {
 constexpr std::size_t tile_number_digits = 8;
 constexpr std::size_t lines_shown = 4;
 constexpr std::string_view temporary_ending = ".tmp";
-constexpr std::array<std::string_view, 4> list_names = {areas_list_name, areas_poly_name, template_name,
-                                                        "densities-out.txt"};
+// What one split leaves beside its tiles, and the selections that were made from it.
+constexpr std::array<std::string_view, 7> list_names = {
+    areas_list_name,    areas_poly_name,    template_name,    "densities-out.txt",
+    "templatesel.args", "templatetmp.args", "templatenw.args"};
+constexpr std::array<std::string_view, 3> temporary_names = {"node", "way", "rel"};
 
 // Keeps the first error of several steps that are all to be done.
 void note(Status& first, const Status& next) {
   if (first.ok()) first = next;
 }
 
-bool is_list_name(std::string_view name) {
-  return std::find(list_names.begin(), list_names.end(), name) != list_names.end();
+bool is_splitters_temporary(std::string_view name) {
+  return std::any_of(temporary_names.begin(), temporary_names.end(),
+                     [&](std::string_view start) { return name.starts_with(start); });
 }
 
 bool says_nothing(std::string_view line) {
@@ -69,15 +75,20 @@ bool is_tile_name(std::string_view name) {
 }
 
 std::vector<std::string> split_file_names(const std::string& folder) {
-  std::vector<std::string> names = list_files(folder, {""});
-  std::erase_if(names, [](const std::string& name) { return !is_tile_name(name) && !is_list_name(name); });
+  std::vector<std::string> names;
+  const std::string text = read_whole_file(platform::join(folder, template_name));
+  for (const ArgumentBlock& block : parse_argument_file(text).blocks) {
+    if (is_tile_name(block.input_file)) names.push_back(block.input_file);
+  }
+  names.insert(names.end(), list_names.begin(), list_names.end());
   return names;
 }
 
 Status SplitFiles::remove_temporary_files() const {
   Status first;
-  for (const std::string& name : list_files(m_folder, {std::string(temporary_ending)}))
-    note(first, remove_file(platform::join(m_folder, name)));
+  for (const std::string& name : list_files(m_folder, {std::string(temporary_ending)})) {
+    if (is_splitters_temporary(name)) note(first, remove_file(platform::join(m_folder, name)));
+  }
   return first;
 }
 

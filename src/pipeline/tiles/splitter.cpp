@@ -16,7 +16,8 @@ namespace {
 
 constexpr int message_cannot_find = 35, message_split_map = 41, message_please_add = 59;
 constexpr int message_locate_splitter = 90, message_no_files = 95, message_continue = 171;
-constexpr int message_close_window = 205, message_map_id_digits = 222, message_no_mp = 235;
+constexpr int message_close_window = 205, message_map_id_digits = 222, message_no_mp = 235,
+              message_no_java = 109;
 constexpr double least_max_nodes = 100000;
 constexpr std::size_t map_id_digits = 8;
 constexpr std::string_view out_of_memory = "OutOfMemoryError";
@@ -54,18 +55,6 @@ std::uint64_t pbf_size(const std::string& input) {
   return kind == InputKind::osm ? size / times_as_large_in_xml : size;
 }
 
-bool memory_is_accepted(const Workspace& workspace, Prompts& prompts) {
-  const Settings& settings = workspace.settings;
-  if (const Status memory = check_memory(settings.java_options); !memory.ok())
-    return refuse(prompts, memory.error);
-  const int least = least_memory_for_split(pbf_size(settings.input));
-  const int given = java_memory(settings.java_options);
-  if (given == 0 || given >= least) return true;
-  return prompts.ask("Current min settings:" + std::to_string(least) + "mb --> " + settings_page() + "\r\n" +
-                         workspace.message(message_continue),
-                     Buttons::yes_no, Icon::warning) == Answer::yes;
-}
-
 bool java_is_there(const Settings& settings) {
   return settings.java.empty() ? !platform::find_program("java").empty() : file_exists(settings.java);
 }
@@ -73,7 +62,8 @@ bool java_is_there(const Settings& settings) {
 // An input that bears the name of a tile and lies where the tiles are written would be overwritten.
 bool is_in_the_way(const Workspace& workspace) {
   const std::string input = platform::absolute(workspace.settings.input);
-  return is_tile_name(platform::name_of(input)) && platform::folder_of(input) == split_folder(workspace);
+  return is_tile_name(platform::name_of(input)) &&
+         same_folder(platform::folder_of(input), split_folder(workspace));
 }
 
 bool may_run(const Workspace& workspace, Prompts& prompts) {
@@ -86,12 +76,12 @@ bool may_run(const Workspace& workspace, Prompts& prompts) {
                                "the tiles. Please move or rename it.");
   if (settings.splitter_jar.empty() || !file_exists(settings.splitter_jar))
     return refuse(prompts, workspace.message(message_locate_splitter));
-  if (const Status memory = check_memory(settings.java_options); !memory.ok())
+  if (const Status memory = check_memory(memory_of_java_options(settings.java_options)); !memory.ok())
     return refuse(prompts, memory.error);
   const std::string_view map_id = trim(settings.first_map_id);
   if (map_id.size() != map_id_digits || !is_digits(map_id))
     return refuse(prompts, workspace.message(message_map_id_digits));
-  if (!java_is_there(settings)) return refuse(prompts, java_not_installed);
+  if (!java_is_there(settings)) return refuse(prompts, workspace.message(message_no_java));
   return true;
 }
 
@@ -185,6 +175,18 @@ StageResult run_split(Workspace& workspace, Prompts& prompts, Progress& progress
 }
 
 }  // namespace
+
+bool memory_is_accepted(const Workspace& workspace, Prompts& prompts) {
+  const Settings& settings = workspace.settings;
+  if (const Status memory = check_memory(memory_of_java_options(settings.java_options)); !memory.ok())
+    return refuse(prompts, memory.error);
+  const int least = least_memory_for_split(pbf_size(settings.input));
+  const int given = java_memory(memory_of_java_options(settings.java_options));
+  if (given == 0 || given >= least) return true;
+  return prompts.ask("Current min settings:" + std::to_string(least) + "mb --> " + settings_page() + "\r\n" +
+                         workspace.message(message_continue),
+                     Buttons::yes_no, Icon::warning) == Answer::yes;
+}
 
 StageResult start_split(Workspace& workspace, Prompts& prompts, Progress& progress) {
   if (!input_can_be_split(workspace, prompts) || !wants_new_split(workspace, prompts) ||

@@ -26,6 +26,9 @@ StageResult start_split(Workspace& workspace, Prompts& prompts, Progress& progre
 // ones are not good.
 StageResult do_splitter(Workspace& workspace, Prompts& prompts, Progress& progress);
 
+// Asks whether to go on when the memory setting is below the minimum for the input; false on No.
+bool memory_is_accepted(const Workspace& workspace, Prompts& prompts);
+
 // "java -Xmx" + memory + "m -ea -jar"; without any memory setting "java -ea -jar".
 std::string java_prefix(std::string_view memory_setting);
 // What is wrong with the memory setting before a tool is started with it; ok for a blank one.

@@ -70,7 +70,7 @@ Status check_memory(std::string_view memory_setting) {
   const bool blank = trim(memory_setting).empty();
   if (blank || (is_digits(memory) && lenient_number(memory) > 0)) return {};
   return {"The memory for Java, '" + std::string(trim(memory_setting)) +
-          "', is not a number of megabytes. Please write it like 1500 or -Xmx1500m in Settings, " +
+          "', is not a number of megabytes. Please write it like -Xmx1500m in Settings, " +
           std::string(page_name(Page::splitter)) + "."};
 }
 
@@ -97,7 +97,7 @@ LimitCorrection corrected_max_areas(std::string_view max_areas) {
 SplitterCommand splitter_command(const Settings& settings) {
   SplitterCommand result;
   Command& command = result.command;
-  std::vector<std::string> prefix = split(java_prefix(settings.java_options), " ");
+  std::vector<std::string> prefix = split(java_prefix(memory_of_java_options(settings.java_options)), " ");
   command.program = prefix.front();
   for (std::size_t i = 1; i < prefix.size(); ++i)
     command.arguments.push_back(word(prefix[i]));

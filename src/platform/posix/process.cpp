@@ -120,6 +120,8 @@ StartResult ChildProcess::start(const ProcessRequest& request) {
   plan.words = words_of(request);
   plan.environment = child_environment(request);
   plan.folder = request.folder;
+  constexpr int niceness_per_step = -5;
+  plan.niceness = request.priority * niceness_per_step;
   plan.output = write_end.get();
   SpawnResult result = spawn(plan);
   if (result.process < 0) {

@@ -1,6 +1,7 @@
 #include "platform/posix/spawn.hpp"
 
 #include <fcntl.h>
+#include <sys/resource.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -32,6 +33,7 @@ struct Prepared {
   int output = -1;
   int failures = -1;
   int descriptor_limit = 0;
+  int niceness = 0;
   bool detached = false;
 };
 
@@ -89,6 +91,8 @@ void close_on_exec_from(int first, int limit) {
     ::setpgid(0, 0);
   }
   reset_signals();
+  // A higher priority than normal is refused to ordinary users: the run goes on with the normal one.
+  if (prepared.niceness != 0) ::setpriority(PRIO_PROCESS, 0, prepared.niceness);
   if (::dup2(prepared.input, STDIN_FILENO) < 0 || ::dup2(prepared.output, STDOUT_FILENO) < 0 ||
       ::dup2(prepared.output, STDERR_FILENO) < 0)
     fail(prepared, Step::other);
@@ -156,6 +160,7 @@ SpawnResult spawn(const SpawnPlan& plan) {
   prepared.arguments = pointers_to(plan.words);
   prepared.environment = pointers_to(plan.environment);
   prepared.folder = plan.folder.empty() ? nullptr : plan.folder.c_str();
+  prepared.niceness = plan.niceness;
   prepared.detached = plan.detached;
   prepared.descriptor_limit = static_cast<int>(std::min(::sysconf(_SC_OPEN_MAX), 65536L));
 

@@ -15,6 +15,7 @@ struct SpawnPlan {
   std::vector<std::string> environment;  // NAME=VALUE
   std::string folder;                    // working folder; empty: this process's own
   int output = -1;                       // becomes standard output and standard error
+  int niceness = 0;                      // as nice(1) counts it
   bool detached = false;                 // a session of its own; nobody waits for it
 };
 

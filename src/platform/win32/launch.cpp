@@ -1,5 +1,6 @@
 #include "platform/win32/launch.hpp"
 
+#include <algorithm>
 #include <array>
 #include <vector>
 
@@ -45,15 +46,24 @@ Handle open_empty_input() {
                             OPEN_EXISTING, 0, nullptr));
 }
 
+DWORD priority_class(int priority) {
+  constexpr std::array<DWORD, 7> classes = {IDLE_PRIORITY_CLASS,         BELOW_NORMAL_PRIORITY_CLASS,
+                                            BELOW_NORMAL_PRIORITY_CLASS, NORMAL_PRIORITY_CLASS,
+                                            ABOVE_NORMAL_PRIORITY_CLASS, ABOVE_NORMAL_PRIORITY_CLASS,
+                                            HIGH_PRIORITY_CLASS};
+  return classes.at(static_cast<std::size_t>(std::clamp(priority, -3, 3) + 3));
+}
+
 bool create(const ProcessRequest& request, Command& command, DWORD flags, STARTUPINFOA* start,
             PROCESS_INFORMATION& information) {
   std::wstring block;
   if (!request.environment.empty()) block = environment_block(request.environment);
-  return CreateProcessA(command.application.empty() ? nullptr : command.application.c_str(),
-                        command.line.data(), nullptr, nullptr, (flags & EXTENDED_STARTUPINFO_PRESENT) != 0,
-                        flags | CREATE_SUSPENDED | CREATE_UNICODE_ENVIRONMENT | NORMAL_PRIORITY_CLASS,
-                        block.empty() ? nullptr : block.data(),
-                        request.folder.empty() ? nullptr : request.folder.c_str(), start, &information) != 0;
+  return CreateProcessA(
+             command.application.empty() ? nullptr : command.application.c_str(), command.line.data(),
+             nullptr, nullptr, (flags & EXTENDED_STARTUPINFO_PRESENT) != 0,
+             flags | CREATE_SUSPENDED | CREATE_UNICODE_ENVIRONMENT | priority_class(request.priority),
+             block.empty() ? nullptr : block.data(),
+             request.folder.empty() ? nullptr : request.folder.c_str(), start, &information) != 0;
 }
 
 bool create_with_console(const ProcessRequest& request, Command& command, PROCESS_INFORMATION& information) {
