@@ -1,109 +1,60 @@
+#include "app/settings_file.hpp"
+
 #include <doctest/doctest.h>
 
-#include "app/settings_file.hpp"
 #include "base/files.hpp"
-#include "base/text.hpp"
-#include "support/fake_prompts.hpp"
-#include "support/temp_folder.hpp"
+#include "support/stand_in.hpp"
 
 using namespace ferrowen;
-using namespace ferrowen::test;
-
-namespace {
-
-struct Home {
-  Home() : folder("settings") {
-    workspace.folder = ProgramFolder(folder.path());
-    REQUIRE(workspace.folder.create_layout().ok());
-    loaddata(workspace, prompts);
-    prompts.said.clear();
-  }
-  TempFolder folder;
-  FakePrompts prompts;
-  Workspace workspace;
-};
-
-}  // namespace
+using test::StandIn;
+using Texts = std::vector<std::string>;
 
 TEST_CASE("the previous version's file is read only while there is no current one") {
-  Home home;
-  home.folder.write("ferrow5.dat", "\r\n\r\n\r\n\r\nold.pbf\r\n");
-  loaddata(home.workspace, home.prompts);
-  CHECK(home.workspace.settings.input == "old.pbf");
-  home.workspace.settings.input = "new.pbf";
-  REQUIRE(savedata(home.workspace).ok());
-  loaddata(home.workspace, home.prompts);
-  CHECK(home.workspace.settings.input == "new.pbf");
+  StandIn app;
+  app.home.write("ferrow5.dat", "\r\n\r\n\r\n\r\nold.pbf\r\n");
+  loaddata(app.workspace, app.prompts);
+  CHECK(app.workspace.settings.input == "old.pbf");
+  app.set("input=new.pbf; map-name=M\u00f6\u00f0ruvellir");
+  REQUIRE(save_on_exit(app.workspace).ok());
+  app.set("input=other.pbf");
+  loaddata(app.workspace, app.prompts);
+  CHECK(app.workspace.settings.input == "new.pbf");
+  const std::string saved = read_whole_file(app.home / "ferrow6.dat");
+  CHECK(contains(saved, "M\u00f6\u00f0ruvellir\r\n"));
+  CHECK(saved == read_whole_file(app.home / "backupsettings.mpdat"));
 }
 
-TEST_CASE("exit writes the settings and their backup alike") {
-  Home home;
-  home.workspace.settings.map_name = "Möðruvellir";
-  REQUIRE(save_on_exit(home.workspace).ok());
-  const std::string saved = read_whole_file(home.folder / "ferrow6.dat");
-  CHECK(contains(saved, "Möðruvellir\r\n"));
-  CHECK(saved == read_whole_file(home.folder / "backupsettings.mpdat"));
-}
-
-TEST_CASE("back up and restore") {
-  Home home;
-  home.workspace.settings.map_name = "First";
-  home.prompts.chosen = {home.folder / "mine"};
-  CHECK(back_up_settings(home.workspace, home.prompts));
-  CHECK(file_exists(home.folder / "mine.mpdat"));
-  CHECK(home.prompts.tells() == std::vector<std::string>{"Settings have been backed up."});
-  CHECK(home.prompts.file_questions.front().proposal == "ferrow6.mpdat");
-  CHECK(home.prompts.file_questions.front().filters.front().name == "Backup Files (*.mpdat)");
-
-  home.workspace.settings.map_name = "Second";
-  home.prompts.said.clear();
-  SUBCASE("a No leaves the record alone") {
-    home.prompts.chosen = {home.folder / "mine.mpdat"};
-    home.prompts.answers = {Answer::no};
-    CHECK_FALSE(restore_settings(home.workspace, home.prompts));
-    CHECK(home.workspace.settings.map_name == "Second");
-  }
-  SUBCASE("a Yes loads it") {
-    home.prompts.chosen = {home.folder / "mine.mpdat"};
-    home.prompts.answers = {Answer::yes};
-    CHECK(restore_settings(home.workspace, home.prompts));
-    CHECK(home.workspace.settings.map_name == "First");
-    CHECK(home.prompts.texts() ==
-          std::vector<std::string>{"", "Are you sure you want to use backup?", "Backup Settings loaded"});
-    CHECK(home.prompts.said[1].buttons == Buttons::yes_no_cancel);
-  }
-  SUBCASE("a missing file is told") {
-    home.prompts.chosen = {home.folder / "gone.mpdat"};
-    CHECK_FALSE(restore_settings(home.workspace, home.prompts));
-    CHECK(home.prompts.tells() == std::vector<std::string>{"Cannot find backup."});
-    CHECK(home.workspace.settings.map_name == "Second");
-  }
-}
-
-TEST_CASE("a backup that cannot be written is told with path and reason") {
-  Home home;
-  home.folder.write("file", "in the way");
-  home.prompts.chosen = {(home.folder / "file") + "/x.mpdat"};
-  CHECK_FALSE(back_up_settings(home.workspace, home.prompts));
-  REQUIRE(home.prompts.tells().size() == 1);
-  CHECK(contains(home.prompts.tells().front(), "x.mpdat"));
+TEST_CASE("settings are backed up, and restored only after a Yes") {
+  StandIn app;
+  Settings& settings = app.workspace.settings;
+  settings.map_name = "First";
+  const std::string backup = app.home / "mine.mpdat";
+  app.prompts.chosen = {app.home / "mine", app.home / "gone.mpdat", backup, backup, backup + "/x.mpdat"};
+  CHECK(back_up_settings(app.workspace, app.prompts));
+  CHECK(app.prompts.file_questions.front().proposal == "ferrow6.mpdat");
+  settings.map_name = "Second";
+  CHECK_FALSE(restore_settings(app.workspace, app.prompts));
+  app.prompts.answers = {Answer::no, Answer::yes};
+  CHECK_FALSE(restore_settings(app.workspace, app.prompts));
+  CHECK(settings.map_name == "Second");
+  CHECK(restore_settings(app.workspace, app.prompts));
+  CHECK(settings.map_name == "First");
+  CHECK(app.prompts.asks().back() == "Are you sure you want to use backup?");
+  CHECK(app.prompts.tells() ==
+        Texts{"Settings have been backed up.", "Cannot find backup.", "Backup Settings loaded"});
+  CHECK_FALSE(back_up_settings(app.workspace, app.prompts));
+  CHECK(contains(app.prompts.tells().back(), "x.mpdat"));
 }
 
 TEST_CASE("reset sets what a reset sets, and an unset field is saved as a blank line") {
-  Home home;
-  home.workspace.settings.map_name = "Mine";
-  home.workspace.settings.description = "text";
-  home.prompts.answers = {Answer::yes};
-  CHECK(reset_settings(home.workspace, home.prompts));
-  CHECK(home.prompts.asks() ==
-        std::vector<std::string>{"This will remove all previous settings\r\n\r\nAre you sure?"});
-  const Settings& settings = home.workspace.settings;
-  CHECK(settings.map_name == "Demo Map");
-  CHECK(settings.input == home.folder / "faroe-islands.osm.pbf");
-  CHECK(settings.typ == home.folder / "mapnik65001.typ");
-  CHECK(settings.map_folder != default_settings(home.folder.path()).map_folder);
-  REQUIRE(savedata(home.workspace).ok());
-  const auto lines = split_lines(read_whole_file(home.folder / "ferrow6.dat"));
+  StandIn app;
+  app.set("map-name=Mine; description=text");
+  app.prompts.answers = {Answer::yes};
+  CHECK(reset_settings(app.workspace, app.prompts));
+  CHECK(app.prompts.asks() == Texts{"This will remove all previous settings\r\n\r\nAre you sure?"});
+  CHECK(app.workspace.settings.map_name == "Demo Map");
+  CHECK(app.workspace.settings.input == app.home / "faroe-islands.osm.pbf");
+  REQUIRE(savedata(app.workspace).ok());
+  const Texts lines = split_lines(read_whole_file(app.home / "ferrow6.dat"));
   CHECK(lines[static_cast<std::size_t>(find_field("description")->line)].empty());
-  CHECK(lines[4] == settings.input);
 }

@@ -23,17 +23,6 @@ TEST_CASE("start-up makes the folders, tells of missing styles and reads the ide
   CHECK(workspace.settings.map_name == "Demo Map");
 }
 
-TEST_CASE("a program folder that cannot be made is an error with its path") {
-  const TempFolder folder;
-  folder.write("file", "");
-  FakePrompts prompts;
-  Workspace workspace;
-  workspace.folder = ProgramFolder(folder / "file");
-  const Status started = start_up(workspace, prompts);
-  CHECK_FALSE(started.ok());
-  CHECK(contains(started.error, folder / "file"));
-}
-
 TEST_CASE("shipped option sets become the options of a fresh record only") {
   const TempFolder folder;
   folder.write("mkopts", "--x-test\n");
@@ -56,16 +45,10 @@ TEST_CASE("the Java version text") {
   CHECK(java_version_text("Picked up JAVA_TOOL_OPTIONS: -Dx\njava version \"1.8\"\nJava(TM) (Build 25)") ==
         "java version 1.8");
   CHECK(java_version_text("sh: java: not found") == "Java not installed");
-  CHECK(java_version_text("") == "Java not installed");
-  CHECK(java_label("openjdk version 17") == "openjdk  17");
-}
 
-TEST_CASE("java -version is asked of the Java of the settings") {
   StandIn stand_in("ja va");
-  stand_in.workspace.java_version = java_not_installed;
   query_java_version(stand_in.workspace, stand_in.prompts, stand_in.progress);
   CHECK(stand_in.workspace.java_version == "openjdk version 17.0.21 2026-11-17");
-  CHECK(stand_in.workspace.flags.finished);
 }
 
 TEST_CASE("a missing mkgmap.jar leads to the backup, or to the settings") {

@@ -28,50 +28,32 @@ TEST_CASE("whole files are read and written byte by byte") {
   CHECK(safe_write(path, bytes).ok());
   CHECK(read_whole_file(path) == bytes);
   CHECK(safe_write(path, "").ok());
-  CHECK(file_exists(path));
   CHECK_FALSE(file_has_content(path));
-  CHECK(read_file(path).ok());
-  CHECK(list_files(folder.path(), {".bin", ".new"}) == std::vector<std::string>{"all bytes.bin"});
 }
 
 TEST_CASE("what cannot be read is told with its path, or reads as nothing") {
   const TempFolder folder;
-  const std::string big = folder.write("big.txt", "12345");
   for (const std::string& path : {folder / "missing", folder.path(), std::string()}) {
-    CAPTURE(path);
     CHECK(read_whole_file(path).empty());
     CHECK(read_file(path).error.starts_with(path + ": "));
   }
+  const std::string big = folder.write("big.txt", "12345");
   CHECK(read_file(big, 4).error == big + ": too large (5 bytes)");
-  CHECK(read_file(big, 5).value == "12345");
-  CHECK(file_size(folder.path()) == 0);
 }
 
 TEST_CASE("a write that fails keeps the old file and tells the path") {
   const TempFolder folder;
   const std::string path = folder.write("settings", "old");
-
-  SUBCASE("the neighbour file cannot be made") {
-    folder.write("settings.new/in the way", "");
-    CHECK(safe_write(path, "new").error.starts_with(path + ": "));
-    CHECK(read_whole_file(path) == "old");
-  }
-  SUBCASE("the folder is a file") {
-    const std::string below = path + "/file";
-    CHECK(safe_write(below, "new").error.starts_with(below + ": "));
-    CHECK(make_folder(below).error.starts_with(below + ": "));
-    CHECK(read_whole_file(path) == "old");
-  }
-  SUBCASE("the place is taken by a folder") {
-    CHECK_FALSE(safe_write(folder.path(), "new").ok());
-    CHECK_FALSE(copy_file(path, folder.path()).ok());
-    CHECK(read_whole_file(path) == "old");
-  }
-  SUBCASE("a copy of a missing file") {
-    CHECK_FALSE(copy_file(folder / "missing", path).ok());
-    CHECK(read_whole_file(path) == "old");
-    CHECK(list_files(folder.path(), {""}) == std::vector<std::string>{"settings"});
-  }
+  const std::string below = path + "/file";
+  CHECK(safe_write(below, "new").error.starts_with(below + ": "));
+  CHECK(make_folder(below).error.starts_with(below + ": "));
+  CHECK_FALSE(safe_write(folder.path(), "new").ok());
+  CHECK_FALSE(copy_file(path, folder.path()).ok());
+  CHECK_FALSE(copy_file(folder / "missing", path).ok());
+  CHECK(list_files(folder.path(), {""}) == std::vector<std::string>{"settings"});
+  folder.write("settings.new/in the way", "");
+  CHECK(safe_write(path, "new").error.starts_with(path + ": "));
+  CHECK(read_whole_file(path) == "old");
 }
 
 #ifndef _WIN32
@@ -85,7 +67,7 @@ TEST_CASE("a disk that runs full leaves the old file and no neighbour") {
   REQUIRE(setrlimit(RLIMIT_FSIZE, &small) == 0);
   const Status written = safe_write(path, std::string(5000, 'x'));
   setrlimit(RLIMIT_FSIZE, &before);
-  std::signal(SIGXFSZ, handler);
+  CHECK((std::signal(SIGXFSZ, handler) == SIG_IGN));
   CHECK(written.error.starts_with(path + ": "));
   CHECK(read_whole_file(path) == "old");
   CHECK(list_files(folder.path(), {""}) == std::vector<std::string>{"settings"});
@@ -114,31 +96,21 @@ TEST_CASE("files are listed by ending, in byte order, without folders") {
     folder.write(name, "");
   CHECK(list_files(folder.path(), {".pbf", ".o5m"}) == std::vector<std::string>{"C.pbf", "a.o5m", "b.pbf"});
   CHECK(list_folders(folder.path()) == std::vector<std::string>{"sub.pbf"});
-  CHECK(list_files(folder / "missing", {""}).empty());
 }
 
 TEST_CASE("files moved aside come back unless the run was good") {
   const TempFolder folder;
   const std::string tile = folder.write("1.img", "old");
-  const std::string missing = folder / "2.img";
-  {
-    MovedAside aside;
-    CHECK(aside.take(tile).ok());
-    CHECK(aside.take(missing).ok());
-    CHECK(aside.count() == 1);
-    CHECK_FALSE(file_exists(tile));
-    folder.write("1.img", "half made");
-    folder.write("2.img", "new");
-
-    SUBCASE("restored") { CHECK(aside.restore().ok()); }
-    SUBCASE("forgotten") {}
-    SUBCASE("dropped") {
-      CHECK(aside.drop().ok());
-      CHECK(read_whole_file(tile) == "half made");
-      folder.write("1.img", "old");
+  for (const bool good : {false, true}) {
+    {
+      MovedAside aside;
+      CHECK(aside.take(tile).ok());
+      CHECK(aside.take(folder / "2.img").ok());
+      CHECK(aside.count() == 1);
+      folder.write("1.img", "new");
+      if (good) CHECK(aside.drop().ok());
     }
+    CHECK(read_whole_file(tile) == (good ? "new" : "old"));
   }
-  CHECK(read_whole_file(tile) == "old");
-  CHECK(read_whole_file(missing) == "new");
-  CHECK(list_files(folder.path(), {""}) == std::vector<std::string>{"1.img", "2.img"});
+  CHECK(list_files(folder.path(), {""}) == std::vector<std::string>{"1.img"});
 }

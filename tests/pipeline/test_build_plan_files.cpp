@@ -1,16 +1,9 @@
 #include <doctest/doctest.h>
 
-#include <string>
-#include <vector>
-
 #include "app/script_run.hpp"
-#include "base/encoding.hpp"
 #include "base/files.hpp"
-#include "base/text.hpp"
 #include "pipeline/build_plan.hpp"
-#include "platform/paths.hpp"
-#include "support/fake_prompts.hpp"
-#include "support/temp_folder.hpp"
+#include "support/stand_in.hpp"
 
 using namespace ferrowen;
 using Texts = std::vector<std::string>;
@@ -22,128 +15,79 @@ std::string block(const std::string& name) {
 }
 
 // A program folder with a split of two tiles in it.
-struct Stage {
-  test::TempFolder folder{"b\xC3\xBCild $(x)"};
-  Workspace workspace;
-  test::FakePrompts prompts;
-  BuildPlan plan;
-
-  Stage() {
-    workspace.folder = ProgramFolder(folder.path());
-    Settings& settings = workspace.settings;
-    settings.mkgmap_jar = folder / "mkgmap.jar";
-    settings.split_folder = folder / "temp";
-    settings.output_folder = folder / "out";
-    settings.argument_folder = folder / "saved";
-    settings.hgt_folder = folder / "hgt";
-    settings.map_id = "13224385";
-    settings.use_typ = false;
-    folder.write("temp/template.args", block("13224385") + block("13224386"));
+struct Stage : test::StandIn {
+  Stage() : StandIn("b\u00fcild $(x)") {
+    home.write("temp/template.args", block("13224385") + block("13224386"));
     workspace.tiles = {{"13224385", "", {47.1, 9.1}, {47.2, 9.2}, false},
                        {"13224386", "", {47.1, 10.1}, {47.2, 10.2}, false}};
   }
-  // Path of a file in a subfolder, as the system writes it.
-  [[nodiscard]] std::string in(std::string_view subfolder, std::string_view name) const {
-    return platform::join(folder / subfolder, name);
-  }
-  [[nodiscard]] std::string text_of(std::string_view name) const {
-    return decode_tool_text(read_whole_file(folder / name));
-  }
+  std::string in_temp(std::string_view name) const { return platform::join(home / "temp", name); }
+  std::string text_of(std::string_view name) const { return read_whole_file(in_temp(name)); }
+  BuildPlan plan;
 };
 
 }  // namespace
 
 TEST_CASE("the command for a run is returned when everything it names is written") {
   Stage stage;
-  stage.workspace.settings.dem = stage.workspace.settings.contours = true;
+  stage.set("dem=1; contours=1; hgt-folder-1={home}/hgt");
   stage.workspace.tiles[0].selected = true;
-  stage.folder.write("hgt/N47E009.hgt", "heights");
-  stage.folder.write("hgt/N47E009.osm", "contours");
-  stage.folder.write("hgt/N47E010.osm", "contours of a tile that is not selected");
-  stage.folder.write("temp/areas.poly", "outline");
-  stage.folder.write("hgt_land", "N47E009\nN47E010\n");
+  for (const char* name : {"hgt/N47E009.hgt", "hgt/N47E009.osm", "hgt/N47E010.osm", "temp/areas.poly"})
+    stage.home.write(name, "x");
+  stage.home.write("hgt_land", "N47E009\nN47E010\n");
   const std::string line = createselectedarg(stage.workspace, stage.prompts, stage.plan);
   CHECK(stage.prompts.said.empty());
   CHECK(line == render_command(stage.plan.command, native_dialect).value);
+  // The contours of the tile that is not selected stay out.
   CHECK(stage.plan.map_names == Texts{"13224385", "13224387"});
-  CHECK(stage.text_of("temp/templatetmp.args") == block("13224385"));
-  CHECK(contains(stage.text_of("temp/nodem.args"), "input-file: " + stage.in("hgt", "N47E009.osm") + "\r\n"));
-  CHECK(contains(stage.text_of("temp/dem.args"), "dem=" + stage.folder / "hgt" + "\r\n"));
-  CHECK(contains(stage.text_of("temp/dem.args"), "dem-poly=" + stage.in("temp", "areas.poly")));
+  CHECK(stage.text_of("templatetmp.args") == block("13224385"));
+  for (const auto& [name, part] :
+       {std::pair{"nodem.args", "N47E009.osm\r\n"}, {"dem.args", "areas.poly\r\n"}})
+    CHECK(contains(stage.text_of(name), part));
 }
 
 TEST_CASE("a note is told and the build goes on; an error is told and ends it") {
   Stage stage;
-  stage.workspace.settings.contours = true;
+  stage.set("contours=1");
   CHECK(createselectedarg(stage.workspace, stage.prompts, stage.plan) != cancelled_text);
   CHECK(stage.prompts.tells() == Texts{"Contours not added."});
-
-  stage.workspace.settings.dem = true;
+  stage.set("dem=1; hgt-folder-1={home}/hgt");
+  stage.home.write("hgt/N47E009.hgt", "heights");
+  stage.home.write("temp/dem.args/in-the-way", "");
   CHECK(createselectedarg(stage.workspace, stage.prompts, stage.plan) == cancelled_text);
-  CHECK(stage.prompts.tells().back() == "No hgt files found . Please untick DEM");
-
-  stage.folder.write("hgt/N47E009.hgt", "heights");
-  stage.folder.write("temp/dem.args/in-the-way", "");
-  CHECK(createselectedarg(stage.workspace, stage.prompts, stage.plan) == cancelled_text);
-  CHECK(stage.prompts.tells().back().starts_with("Problem with dem.args\r\n" + stage.in("temp", "dem.args")));
+  CHECK(stage.prompts.tells().back().starts_with("Problem with dem.args\r\n" + stage.in_temp("dem.args")));
 }
 
-TEST_CASE("clipped contours come from the clip folder") {
-  Stage stage;
-  stage.workspace.settings.contours = stage.workspace.settings.clip_contours = true;
-  stage.workspace.settings.clip_folders[0] = stage.folder / "clips";
-  stage.folder.write("hgt/N47E009.osm", "whole");
-  stage.folder.write("clips/N47E010clp.pbf", "clipped");
-  CHECK(gather_plan_facts(stage.workspace).contour_files == Texts{stage.in("clips", "N47E010clp.pbf")});
-}
-
-TEST_CASE("a selection is kept and brought back") {
+TEST_CASE("a selection is kept and brought back, and used while it names the selected tiles") {
   Stage stage;
   Workspace& workspace = stage.workspace;
   CHECK(save_selection(workspace).error == "Please select a Tile");
-  CHECK(create_smalltemparg(workspace).error == "Please select a Tile");
   workspace.tiles[1].selected = true;
   CHECK(save_selection(workspace).ok());
-  CHECK(stage.text_of("temp/templatesel.args") == block("13224386"));
-  workspace.settings.map_id = "55550000";
-  CHECK(save_newtemplate(workspace).ok());
-  CHECK(contains(stage.text_of("temp/templatenw.args"), "mapname: 55550001"));
-
-  workspace.tiles[1].selected = false;
+  CHECK(stage.text_of("templatesel.args") == block("13224386"));
+  workspace.saved_selection = true;
+  CHECK(gather_plan_facts(workspace).argument_file == stage.in_temp("templatesel.args"));
   workspace.tiles[0].selected = true;
-  CHECK(loadarg(workspace, stage.in("temp", "templatesel.args")).ok());
+  CHECK(gather_plan_facts(workspace).argument_file.empty());
+  CHECK(loadarg(workspace, stage.in_temp("templatesel.args")).ok());
+  CHECK_FALSE(workspace.tiles[0].selected);
+
+  CHECK(loadarg(workspace, " ").error == "No arg File selected");
+  CHECK(loadarg(workspace, stage.home / "gone.args").error.starts_with("Cannot locate template: "));
+  const std::string empty = stage.home.write("empty.args", "# nothing\r\n");
+  CHECK(loadarg(workspace, empty).error.starts_with("Template is corrupt."));
+  const std::string other = stage.home.write("other.args", block("13224385") + block("99990000"));
+  CHECK(contains(loadarg(workspace, other).error, "99990000"));
   CHECK_FALSE(workspace.tiles[0].selected);
   CHECK(workspace.tiles[1].selected);
-
-  SUBCASE("a saved selection is used while it names the selected tiles") {
-    CHECK(gather_plan_facts(workspace).argument_file.empty());
-    workspace.saved_selection = true;
-    CHECK(gather_plan_facts(workspace).argument_file == stage.in("temp", "templatesel.args"));
-    workspace.tiles[0].selected = true;
-    CHECK(gather_plan_facts(workspace).argument_file.empty());
-    workspace.tiles[1].selected = false;
-    CHECK(gather_plan_facts(workspace).argument_file.empty());
-  }
-  SUBCASE("what is wrong with an argument file is told, and the selection stays") {
-    CHECK(loadarg(workspace, " ").error == "No arg File selected");
-    CHECK(loadarg(workspace, stage.folder / "gone.args").error.starts_with("Cannot locate template: "));
-    stage.folder.write("empty.args", "# nothing\r\n");
-    CHECK(loadarg(workspace, stage.folder / "empty.args").error.starts_with("Template is corrupt."));
-    stage.folder.write("other.args", block("13224385") + block("99990000"));
-    CHECK(contains(loadarg(workspace, stage.folder / "other.args").error, "99990000"));
-    CHECK_FALSE(workspace.tiles[0].selected);
-    CHECK(workspace.tiles[1].selected);
-  }
 }
 
 TEST_CASE("the current arguments are saved, or the person learns why not") {
   Stage stage;
-  const Command command{"java",
-                        {word("-jar"), quoted("mkgmap.jar"), word("--route"), option("--x", "\xC3\xBC")}};
+  const Command command{"java", {word("-jar"), quoted("mkgmap.jar"), word("--route")}};
   CHECK(save_current_arguments(stage.workspace, command).ok());
-  CHECK(stage.text_of("saved/sel.args") == "route\r\nx=\xC3\xBC\r\n");
-  stage.folder.write("file", "");
-  stage.workspace.settings.argument_folder = stage.folder / "file";
-  const std::string path = stage.in("file", "sel.args");
+  CHECK(read_whole_file(stage.home / "args/sel.args") == "route\r\n");
+  const std::string file = stage.workspace.settings.argument_folder = stage.home.write("file", "");
+  const std::string path = platform::join(file, "sel.args");
   CHECK(save_current_arguments(stage.workspace, command).error.starts_with("Error saving " + path + "\r\n"));
 }

@@ -3,33 +3,22 @@
 #include <doctest/doctest.h>
 
 #include <algorithm>
-#include <functional>
-#include <string>
-#include <vector>
 
 #include "base/text.hpp"
+#include "support/settings_of.hpp"
 
 using namespace ferrowen;
+using test::settings_of;
 
 namespace {
 
 Settings full_settings() {
-  Settings settings;
-  settings.java_options = "-Xmx1500m";
-  settings.mkgmap_jar = "/tools/mkgmap.jar";
-  settings.map_id = "13224385";
-  settings.fid = "1000";
-  settings.country = "United Kingdom";
-  settings.map_name = " My Map ";
-  settings.overview_name = "ovm";
-  settings.style = "hiking";
-  settings.styles_folder = "/my styles";
-  settings.use_max_jobs = true;
-  settings.max_jobs = 2;
-  settings.output_folder = "/out";
-  settings.transparent = settings.installer = settings.pois_to_lines = settings.device_image = true;
-  settings.description = "100% \xC3\xBC $(x)";
-  return settings;
+  return settings_of(
+      "java-options=-Xmx1500m; mkgmap=/tools/mkgmap.jar; fid=1000; country=United Kingdom; "
+      "overview-name=ovm; "
+      "map-name= My Map ; style=hiking; styles-folder=/my styles; use-max-jobs=1; max-jobs=2; "
+      "output-folder=/out; transparent=1; installer=1; pois-to-lines=1; gmapsupp=1; "
+      "description=100% \u00fc $(x)");
 }
 
 const CommandFiles all_files = {"/s/template.args", "/s/nodem.args", "/s/dem.args", "/out/My.TYP"};
@@ -41,8 +30,6 @@ std::string rendered(const Settings& settings, std::string_view options, const C
   REQUIRE(line.ok());
   return line.value;
 }
-
-std::size_t count_of(std::string_view text, std::string_view part) { return split(text, part).size() - 1; }
 
 }  // namespace
 
@@ -56,103 +43,76 @@ TEST_CASE("the full command, in both dialects") {
       "--add-pois-to-areas --add-pois-to-lines --merge-lines --tdbfile ";
   const std::string tail =
       "--draw-priority=25 --latin1 --gmapsupp -c \"/s/nodem.args\" -c \"/s/dem.args\" -c "
-      "\"/s/template.args\" "
-      "\"/out/My.TYP\" ";
-  const std::string shell = "--description=\"100% \xC3\xBC \\$(x)\"";
-  const std::string batch = "--description=\"100%% \xC3\xBC $(x)\"";
+      "\"/s/template.args\" \"/out/My.TYP\" ";
+  const std::string shell = "--description=\"100% \u00fc \\$(x)\"";
+  const std::string batch = "--description=\"100%% \u00fc $(x)\"";
   CHECK(rendered(full_settings(), "--latin1", all_files) == head + shell + " " + tail + shell);
   CHECK(rendered(full_settings(), "--latin1", all_files, Dialect::batch) ==
         head + batch + " " + tail + batch);
 }
 
 TEST_CASE("the plainest command") {
-  Settings settings;
-  settings.map_name = "Demo Map";
-  settings.style = "default";
-  settings.mkgmap_jar = "mkgmap.jar";
-  settings.output_folder = "/out";
-  settings.fid = "1";
-  settings.routing = settings.sea = settings.address_search = settings.unicode = false;
-  settings.map_name_option = settings.tdb_file = settings.pois_to_areas = false;
-  settings.drive_on_left = true;
-  settings.draw_priority = 7;
+  const Settings settings = settings_of(
+      "mkgmap=mkgmap.jar; output-folder=/out; fid=1; routing=0; sea=0; address-search=0; unicode=0; "
+      "map-name-option=0; tdb-file=0; pois-to-areas=0; drive-on-left=1; draw-priority=7");
   CHECK(rendered(settings, "", {"t.args", "", "", ""}) ==
         "java -ea -jar \"mkgmap.jar\" --family-id=1 --series-name=\"Demo Map\" --family-name=\"Demo Map\" "
         "--remove-short-arcs --keep-going --check-roundabouts --drive-on=left --output-dir=\"/out\" --index "
         "--draw-priority=7 -c \"t.args\"");
 }
 
-TEST_CASE("sea extras give way to a sea that is ready") {
-  const std::string extras = "multipolygon,extend-sea-sectors,close-gaps=6000,floodblocker";
-  CHECK(contains(rendered(full_settings(), "#--precomp-sea=sea.zip"), extras));
-  CHECK(contains(rendered(full_settings(), "--precomp-sea-x=1"), extras));
-  const std::string ready = rendered(full_settings(), "--precomp-sea=\"my sea.zip\"");
-  CHECK(contains(ready, "--generate-sea=multipolygon --unicode"));
-  CHECK(contains(ready, "--precomp-sea=\"my sea.zip\""));
-}
-
-TEST_CASE("--index stands in the command once, wherever it comes from") {
-  for (const bool address_search : {true, false}) {
-    for (const char* options : {"", "--index", "--x --index\n"}) {
-      Settings settings = full_settings();
-      settings.address_search = address_search;
-      CHECK(count_of(rendered(settings, options), "--index") == 1);
-    }
-  }
-}
-
-TEST_CASE("single options follow their settings") {
+TEST_CASE("options follow their settings, and the free options may take something away") {
   struct Row {
-    std::function<void(Settings&)> change;
+    const char* assignments;
+    const char* options;
     const char* holds;
     const char* lacks;
   };
-  const std::vector<Row> rows = {
-      {[](Settings& s) { s.country = " "; }, "--family-id=1000 --index --series", "country"},
-      {[](Settings& s) { s.country = "Andorra"; }, "--country-name=Andorra --index", "\"Andorra"},
-      {[](Settings& s) { s.tdb_file = false; }, "--merge-lines --description", "--tdbfile"},
-      {[](Settings& s) { s.tdb_file = false, s.register_map = true; }, "--merge-lines --tdbfile", "no-"},
-      {[](Settings& s) { s.description = " "; }, "--tdbfile --draw-priority", "--description"},
-      {[](Settings& s) { s.style = "default"; }, "--remove-short-arcs --generate-sea", "--style"},
-      {[](Settings& s) { s.style = ""; }, "--remove-short-arcs --generate-sea", "--style"},
-      {[](Settings& s) { s.java_options = "-Xmx800m -Xss2m"; }, "java -Xmx800m -ea -jar", "1500"},
-      {[](Settings& s) { s.use_max_jobs = false; }, "--drive-on=right --output-dir", "max-jobs"},
-      {[](Settings& s) { s.overview_name = " "; }, "\"My Map\" --remove-short-arcs", "overview"},
-      {[](Settings& s) { s.device_image = false; }, "--draw-priority=25", "--gmapsupp"},
+  const Row rows[] = {
+      {"country= ", "", "--family-id=1000 --index --series", "country"},
+      {"country=Andorra", "", "--country-name=Andorra --index", "\"Andorra"},
+      {"tdb-file=0", "", "--merge-lines --description", "--tdbfile"},
+      {"tdb-file=0; register=1", "", "--merge-lines --tdbfile", "no-"},
+      {"description= ", "", "--tdbfile --draw-priority", "--description"},
+      {"style=default", "", "--remove-short-arcs --generate-sea", "--style"},
+      {"java-options=-Xmx800m -Xss2m", "", "java -Xmx800m -ea -jar", "1500"},
+      {"use-max-jobs=0", "", "--drive-on=right --output-dir", "max-jobs"},
+      {"overview-name= ", "", "\"My Map\" --remove-short-arcs", "overview"},
+      {"fid=7", "#--precomp-sea=sea.zip", "multipolygon,extend-sea-sectors,close-gaps", "sea.zip"},
+      {"fid=7", "--precomp-sea-x=1", "multipolygon,extend-sea-sectors,close-gaps", "sea.zip"},
+      {"fid=7", "--precomp-sea=\"my sea.zip\"", "--generate-sea=multipolygon --unicode", "extend-sea"},
+      {"address-search=1", "--index", "--draw-priority=25 --index --gmapsupp", "--x"},
+      {"address-search=0", "--x --index\n", "--x --index", "country"},
   };
   for (const Row& row : rows) {
     Settings settings = full_settings();
-    row.change(settings);
-    const std::string line = rendered(settings, "");
+    test::assign(settings, row.assignments);
+    const std::string line = rendered(settings, row.options);
     CAPTURE(line);
     CHECK(contains(line, row.holds));
     CHECK_FALSE(contains(line, row.lacks));
+    CHECK(split(line, "--index").size() == 2);
   }
 }
 
 TEST_CASE("hostile names arrive as values and nothing else") {
-  const std::string name = "a\"; touch x; `y` $(z) \\";
   Settings settings = full_settings();
-  settings.map_name = name;
+  settings.map_name = "a\"; touch x; `y` $(z) \\";
   settings.fid = "1 --bogus";
   settings.style = "$(x)";
   const Command command = mkgmap_command(settings, {}, {});
   const std::vector<std::string> plain = plain_arguments(command);
-  CHECK(std::count(plain.begin(), plain.end(), "--family-name=" + name) == 1);
-  CHECK(std::count(plain.begin(), plain.end(), "--family-id=1 --bogus") == 1);
+  CHECK(std::count(plain.begin(), plain.end(), "--family-name=" + settings.map_name) == 1);
   CHECK(contains(rendered(settings, ""), "--family-id=\"1 --bogus\""));
   CHECK(contains(rendered(settings, ""), "--style=\"\\$(x)\""));
   CHECK_FALSE(render_command(command, Dialect::batch).ok());
 }
 
 TEST_CASE("the overview name") {
-  Settings settings;
-  CHECK(overview_name(settings) == "osmmap");
-  settings.overview_name = " My Map ";
-  CHECK(overview_name(settings) == "My Map");
-  const std::string text = "Invalid character in Overview Name ";
+  CHECK(overview_name(settings_of("fid=1")) == "osmmap");
+  CHECK(overview_name(settings_of("overview-name= My Map ")) == "My Map");
   for (const char bad : std::string("\\/:*?\"<>|"))
-    CHECK(overview_name_problem(std::string("a") + bad + "b", text) == text + bad);
-  CHECK(overview_name_problem("a\nb", text) == text + "10");
-  CHECK(overview_name_problem("\xC3\x96sterreich 100% (a)", text).empty());
+    CHECK(overview_name_problem(std::string("a") + bad + "b", "bad: ") == std::string("bad: ") + bad);
+  CHECK(overview_name_problem("a\nb", "bad: ") == "bad: 10");
+  CHECK(overview_name_problem("\u00d6sterreich 100% (a)", "bad: ").empty());
 }

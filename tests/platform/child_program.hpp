@@ -2,10 +2,6 @@
 #pragma once
 
 #include <chrono>
-#include <filesystem>
-#include <fstream>
-#include <iterator>
-#include <random>
 #include <string>
 #include <utility>
 #include <vector>
@@ -15,12 +11,26 @@
 
 namespace ferrowen::platform::testing {
 
+inline constexpr bool on_windows = separator == '\\';
+
 inline std::string child_path() { return join(folder_of(executable_path()), FERROWEN_TEST_CHILD); }
 
-inline ProcessRequest child_request(std::vector<std::string> arguments) {
+inline ProcessRequest request_for(std::string program, std::vector<std::string> arguments = {},
+                                  std::string folder = "") {
   ProcessRequest request;
-  request.program = child_path();
+  request.program = std::move(program);
   request.arguments = std::move(arguments);
+  request.folder = std::move(folder);
+  return request;
+}
+
+inline ProcessRequest child_request(std::vector<std::string> arguments) {
+  return request_for(child_path(), std::move(arguments));
+}
+
+inline ProcessRequest line_request(std::string command_line) {
+  ProcessRequest request;
+  request.command_line = std::move(command_line);
   return request;
 }
 
@@ -40,13 +50,9 @@ inline std::string read_all(ChildProcess& child, int limit_milliseconds = 20000)
 
 // Waits for exactly this text at the start of the output.
 inline bool reads(ChildProcess& child, const std::string& expected) {
-  std::string output(expected.size(), '\0');
-  std::size_t count = 0;
-  while (count < output.size() && child.wait_readable(10000)) {
-    const std::size_t got = child.read(output.data() + count, output.size() - count);
-    if (got == 0) break;
-    count += got;
-  }
+  std::string output;
+  for (char byte = 0; output.size() < expected.size(); output += byte)
+    if (!child.wait_readable(10000) || child.read(&byte, 1) == 0) return false;
   return output == expected;
 }
 
@@ -58,42 +64,10 @@ struct Outcome {
 
 inline Outcome run(const ProcessRequest& request) {
   ChildProcess child;
-  Outcome outcome;
-  outcome.started = child.start(request);
-  if (outcome.started != StartResult::started) return outcome;
-  outcome.output = read_all(child);
-  outcome.status = child.wait();
-  return outcome;
-}
-
-// An empty folder of its own for one test, with a blank and a letter beyond ASCII in its name.
-class TestFolder {
- public:
-  explicit TestFolder(const std::string& name)
-      : m_path(join(path_text(std::filesystem::temp_directory_path()),
-                    "ferrowen \u00fc " + std::to_string(std::random_device{}()) + " " + name)) {
-    std::filesystem::create_directories(file_system_path(m_path));
-  }
-  ~TestFolder() {
-    std::error_code ignored;
-    std::filesystem::remove_all(file_system_path(m_path), ignored);
-  }
-  TestFolder(const TestFolder&) = delete;
-  TestFolder& operator=(const TestFolder&) = delete;
-
-  [[nodiscard]] const std::string& path() const { return m_path; }
-  [[nodiscard]] std::string file(const std::string& name) const { return join(m_path, name); }
-  [[nodiscard]] std::filesystem::path at(const std::string& name) const {
-    return file_system_path(file(name));
-  }
-
- private:
-  std::string m_path;
-};
-
-inline std::string content_of(const std::string& path) {
-  std::ifstream file(file_system_path(path), std::ios::binary);
-  return {std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>()};
+  if (const StartResult result = child.start(request); result != StartResult::started)
+    return {result, "", -1};
+  std::string output = read_all(child);
+  return {StartResult::started, std::move(output), child.wait()};
 }
 
 }  // namespace ferrowen::platform::testing

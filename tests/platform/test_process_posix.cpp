@@ -7,100 +7,66 @@
 #include <csignal>
 
 #include "child_program.hpp"
-#include "platform/files.hpp"
+#include "support/temp_folder.hpp"
 
 using namespace ferrowen::platform;
 using namespace ferrowen::platform::testing;
 
+namespace {
+
+ProcessRequest shell(const std::string& commands) { return request_for("/bin/sh", {"-c", commands}); }
+
+}  // namespace
+
 TEST_CASE("a child gets the C.UTF-8 locale unless the request says otherwise") {
-  ProcessRequest request = child_request({"env", "LC_ALL"});
-  CHECK(run(request).output == "C.UTF-8");
-  request.environment = {{"LC_ALL", "de_DE.UTF-8"}};
-  CHECK(run(request).output == "de_DE.UTF-8");
+  ProcessRequest request = shell("echo $LC_ALL");
+  CHECK(run(request).output == "C.UTF-8\n");
+  request.environment = {{"LC_ALL", "overwritten"}, {"LC_ALL", "de_DE.UTF-8"}};
+  CHECK(run(request).output == "de_DE.UTF-8\n");
 }
 
-TEST_CASE("a child that a signal ended has 128 and the signal's number as its status") {
-  CHECK(run(child_request({"signal"})).status == 128 + SIGTERM);
-}
-
-TEST_CASE("no descriptor of this process reaches the child") {
+TEST_CASE("a child gets no descriptor of this process and default signals") {
   const int leaky = ::open("/dev/null", O_RDONLY);
-  REQUIRE(leaky > 2);
-  CHECK(run(child_request({"descriptors"})).output == "0");
-  ::close(leaky);
-}
-
-TEST_CASE("a child starts with default signals whatever this process ignores or blocks") {
-  sigset_t blocked;
-  sigset_t before;
-  ::sigemptyset(&blocked);
-  ::sigaddset(&blocked, SIGTERM);
-  ::pthread_sigmask(SIG_BLOCK, &blocked, &before);
-  struct sigaction ignore {};
-  struct sigaction old_term {};
-  struct sigaction old_pipe {};
-  struct sigaction old_child {};
-  ignore.sa_handler = SIG_IGN;
-  ::sigaction(SIGTERM, &ignore, &old_term);
-  ::sigaction(SIGPIPE, &ignore, &old_pipe);
-  ::sigaction(SIGCHLD, &ignore, &old_child);
-
-  CHECK(run(child_request({"signal"})).status == 128 + SIGTERM);
-  ChildProcess child;
-  REQUIRE(child.start(child_request({"pieces", "3", "30"})) == StartResult::started);
-  child.close_output();
-  CHECK(child.wait() == 128 + SIGPIPE);
-
-  ::sigaction(SIGTERM, &old_term, nullptr);
-  ::sigaction(SIGPIPE, &old_pipe, nullptr);
-  ::sigaction(SIGCHLD, &old_child, nullptr);
-  ::pthread_sigmask(SIG_SETMASK, &before, nullptr);
-}
-
-TEST_CASE("closed standard streams of this process do not get into the child's way") {
   const int saved = ::fcntl(STDIN_FILENO, F_DUPFD_CLOEXEC, 10);
+  const auto old_pipe = std::signal(SIGPIPE, SIG_IGN);
+  const auto old_child = std::signal(SIGCHLD, SIG_IGN);
   ::close(STDIN_FILENO);
-  const Outcome outcome = run(child_request({"both"}));
-  const Outcome missing = run([] {
-    ProcessRequest request;
-    request.program = "ferrowen-no-such-program";
-    return request;
-  }());
-  if (saved >= 0) ::dup2(saved, STDIN_FILENO);
-  CHECK(outcome.output == "out err out");
-  CHECK(missing.started == StartResult::not_started);
+
+  CHECK(run(shell("test -e /proc/$$/fd/" + std::to_string(leaky))).status == 1);
+  CHECK(run(request_for("ferrowen-no-such-program")).started == StartResult::not_started);
+  CHECK(run(shell("kill -PIPE $$; sleep 1")).status == 128 + SIGPIPE);
+
+  ::dup2(saved, STDIN_FILENO);
+  ::close(leaky);
+  CHECK((std::signal(SIGPIPE, old_pipe) == SIG_IGN));
+  CHECK((std::signal(SIGCHLD, old_child) == SIG_IGN));
+}
+
+TEST_CASE("a child that does not want to end is killed") {
+  ChildProcess child;
+  REQUIRE(child.start(shell("trap '' TERM; echo ready; sleep 15; echo still there")) == StartResult::started);
+  REQUIRE(reads(child, "ready\n"));
+  child.end_group(200);
+  CHECK(read_all(child, 5000).empty());
+  CHECK(child.wait() == 128 + SIGKILL);
 }
 
 TEST_CASE("the reasons of a start that fails are told apart") {
-  const TestFolder folder("reasons");
-  REQUIRE(write_flushed(folder.file("plain"), "text\n").empty());
-  REQUIRE(write_flushed(folder.file("broken"),
-                        "\x7F"
-                        "ELF")
-              .empty());
-  REQUIRE(write_flushed(folder.file("no-interpreter"), "#!/no/such/interpreter\n").empty());
-  for (const char* name : {"broken", "no-interpreter"})
-    REQUIRE(::chmod(folder.file(name).c_str(), 0755) == 0);
-  struct Case {
-    std::string program;
-    std::string folder;
-    std::string reason;
+  const ferrowen::test::TempFolder folder("reasons");
+  const std::string broken = folder.write("broken",
+                                          "\x7f"
+                                          "ELF");
+  REQUIRE(::chmod(broken.c_str(), 0755) == 0);
+  const std::pair<ProcessRequest, std::string> cases[] = {
+      {request_for("ferrowen-no-such-program"), "No such file or directory"},
+      {request_for(folder.write("plain", "text\n")), "Permission denied"},
+      {request_for(broken), "Exec format error"},
+      {request_for(child_path(), {}, folder / "none"), folder / "none" + ": No such file or directory"},
   };
-  const Case cases[] = {
-      {"ferrowen-no-such-program", "", "No such file or directory"},
-      {folder.file("plain"), "", "Permission denied"},
-      {folder.file("broken"), "", "Exec format error"},
-      {folder.file("no-interpreter"), "", "No such file or directory"},
-      {child_path(), folder.file("none"), folder.file("none") + ": No such file or directory"},
-  };
-  for (const Case& each : cases) {
-    CAPTURE(each.program);
-    ProcessRequest request;
-    request.program = each.program;
-    request.folder = each.folder;
+  for (const auto& [request, reason] : cases) {
     ChildProcess child;
     CHECK(child.start(request) == StartResult::not_started);
-    CHECK(child.error() == each.reason);
+    CHECK(child.error() == reason);
   }
 }
 #endif

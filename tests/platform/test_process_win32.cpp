@@ -3,40 +3,24 @@
 #include <windows.h>
 
 #include "child_program.hpp"
-#include "platform/files.hpp"
 #include "platform/registry.hpp"
+#include "support/temp_folder.hpp"
 
 using namespace ferrowen::platform;
 using namespace ferrowen::platform::testing;
 
-namespace {
-
-// A batch file that hands all its arguments to the child program.
-std::string make_batch_file(const TestFolder& folder) {
-  const std::string path = folder.file("hand on.bat");
-  REQUIRE(write_flushed(path, "@\"" FERROWEN_TEST_CHILD "\" args %*\r\n@exit 3\r\n").empty());
-  std::filesystem::copy_file(file_system_path(child_path()), folder.at(FERROWEN_TEST_CHILD));
-  return path;
-}
-
-std::string with_nuls(const std::vector<std::string>& texts) {
-  std::string joined;
-  for (const std::string& text : texts)
-    joined += text + '\0';
-  return joined;
-}
-
-}  // namespace
-
 TEST_CASE("a batch file gets its arguments unchanged, or is not run") {
-  const TestFolder folder("batch");
-  ProcessRequest request;
-  request.program = make_batch_file(folder);
-  request.folder = folder.path();
+  const ferrowen::test::TempFolder folder("b\u00e4tch file");
+  std::filesystem::copy_file(file_system_path(child_path()), file_system_path(folder / FERROWEN_TEST_CHILD));
+  const std::string batch =
+      folder.write("hand on.bat", "@\"" FERROWEN_TEST_CHILD "\" args %*\r\n@exit 3\r\n");
+  ProcessRequest request = request_for(batch, {}, folder.path());
   request.arguments = {"two words", "a&b", "|", "<x>", "^", "!x!", "(y)", "C:\\dir\\", "a\\b", "", ";,="};
+  std::string expected;
+  for (const std::string& argument : request.arguments)
+    expected += argument + '\0';
   const Outcome outcome = run(request);
-  CHECK((outcome.output == with_nuls(request.arguments)));
-  CAPTURE(outcome.output);
+  CHECK((outcome.output == expected));
   CHECK(outcome.status == 3);
 
   for (const char* refused : {"say \"hi\"", "%PATH%", "100%", "line\nbreak", "\r"}) {
@@ -51,7 +35,6 @@ TEST_CASE("a batch file gets its arguments unchanged, or is not run") {
 TEST_CASE("a program with a console of its own is waited for and its output is not captured") {
   ProcessRequest request = child_request({"exit", "6"});
   request.own_console = true;
-  request.console_title = "ferrowen test console";
   ChildProcess child;
   REQUIRE(child.start(request) == StartResult::started);
   CHECK(read_all(child, 2000).empty());
@@ -62,20 +45,19 @@ TEST_CASE("a program with a console of its own is waited for and its output is n
   CHECK(child.poll_exit() == 137);
 }
 
-TEST_CASE("registry values of either kind are read") {
+TEST_CASE("registry values are read as what they are") {
   const char* key = "Software\\Ferrowen test \u00fc";
   const std::string text = "C:\\a b\\\u00fc " + std::string(1000, 'x');
+  const DWORD size = static_cast<DWORD>(text.size() + 1);
   const DWORD number = 0x8000'0001;
-  REQUIRE(RegSetKeyValueA(HKEY_CURRENT_USER, key, "text", REG_SZ, text.c_str(),
-                          static_cast<DWORD>(text.size() + 1)) == ERROR_SUCCESS);
-  REQUIRE(RegSetKeyValueA(HKEY_CURRENT_USER, key, "expanded", REG_EXPAND_SZ, "<%COMSPEC%>", 12) ==
-          ERROR_SUCCESS);
+  REQUIRE(RegSetKeyValueA(HKEY_CURRENT_USER, key, "text", REG_SZ, text.c_str(), size) == ERROR_SUCCESS);
+  REQUIRE(RegSetKeyValueA(HKEY_CURRENT_USER, key, "path", REG_EXPAND_SZ, "%COMSPEC%", 10) == ERROR_SUCCESS);
   REQUIRE(RegSetKeyValueA(HKEY_CURRENT_USER, key, "number", REG_DWORD, &number, 4) == ERROR_SUCCESS);
   CHECK((registry_text(RegistryRoot::current_user, key, "text") == text));
-  CHECK(registry_text(RegistryRoot::current_user, key, "expanded") == "<" + *environment("COMSPEC") + ">");
+  CHECK(registry_text(RegistryRoot::current_user, key, "path") == environment("COMSPEC"));
   CHECK(registry_number(RegistryRoot::current_user, key, "number") == number);
   CHECK_FALSE(registry_text(RegistryRoot::current_user, key, "number").has_value());
-  CHECK_FALSE(registry_number(RegistryRoot::current_user, key, "text").has_value());
+  CHECK_FALSE(registry_number(RegistryRoot::current_user, key, "gone").has_value());
   CHECK(RegDeleteKeyA(HKEY_CURRENT_USER, key) == ERROR_SUCCESS);
 }
 #endif

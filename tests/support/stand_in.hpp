@@ -10,37 +10,35 @@
 #include "platform/paths.hpp"
 #include "support/fake_progress.hpp"
 #include "support/fake_prompts.hpp"
+#include "support/settings_of.hpp"
 #include "support/temp_folder.hpp"
 
 namespace ferrowen::test {
 
 inline std::string stand_in_java() {
   const std::string folder = platform::join(platform::folder_of(platform::executable_path()), "stand-in");
-#ifdef _WIN32
-  return platform::join(folder, "java.exe");
-#else
-  return platform::join(folder, "java");
-#endif
+  return platform::join(folder, platform::separator == '/' ? "java" : "java.exe");
 }
 
 struct StandIn {
   explicit StandIn(std::string_view name = "home") : home(name) {
     workspace.folder = ProgramFolder(home.path());
     REQUIRE(start_up(workspace, prompts).ok());
-    Settings& settings = workspace.settings;
-    settings = default_settings(home.path());
-    settings.java = stand_in_java();
-    settings.splitter_jar = home.write("splitter.jar", "jar");
-    settings.mkgmap_jar = home.write("mkgmap.jar", "jar");
-    settings.output_folder = home / "out";
-    settings.typ.clear();
-    settings.use_typ = false;
-    settings.device_image = true;
-    settings.fid = "1234";
-    settings.input = home.write(
-        "map.osm", "<?xml version='1.0'?>\n<osm version='0.6'>\n<node id='1' lat='47' lon='9'/>\n</osm>\n");
+    home.write("splitter.jar", "jar");
+    home.write("mkgmap.jar", "jar");
+    home.write("map.osm",
+               "<?xml version='1.0'?>\n<osm version='0.6'>\n<node id='1' lat='47' lon='9'/>\n</osm>\n");
+    workspace.settings = default_settings(home.path());
+    workspace.settings.java = stand_in_java();
+    workspace.settings.typ.clear();
+    set("splitter={home}/splitter.jar; mkgmap={home}/mkgmap.jar; output-folder={home}/out; use-typ=0; "
+        "gmapsupp=1; fid=1234; input={home}/map.osm");
     workspace.java_version = "openjdk version 17";
     prompts.said.clear();
+  }
+  // "{home}" stands for the program folder and a separator.
+  void set(std::string_view assignments) {
+    assign(workspace.settings, replace_all(assignments, "{home}/", platform::join(home.path(), "")));
   }
   // See tests/stand_in/java.cpp for the modes.
   void set_mode(std::string_view mode) const { home.write("stand-in-mode", mode); }

@@ -35,6 +35,7 @@ class TempFolder {
   // Path of a file or folder in it, with this system's separator.
   [[nodiscard]] std::string operator/(std::string_view name) const { return platform::join(m_path, name); }
   // Writes a file (with the folders above it) and returns its path.
+  // NOLINTNEXTLINE(modernize-use-nodiscard): most tests want the file alone and know its path
   std::string write(std::string_view name, std::string_view bytes) const {
     std::string path = *this / name;
     const std::filesystem::path native = platform::file_system_path(path);
