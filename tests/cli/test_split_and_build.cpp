@@ -19,7 +19,7 @@ struct Tools {
   }
   [[nodiscard]] CliResult run(const Arguments& arguments) const { return run_cli_in(home.path(), arguments); }
   [[nodiscard]] std::string stored(const std::string& name) const { return setting(home.path(), name); }
-  TempFolder home{"h\u00f6me"};
+  TempFolder home{"h\u00f6 me & co"};
   std::string map =
       home.write("my map.osm", "<osm version='0.6'>\n<node id='1' lat='47' lon='9'/>\n</osm>\n");
 };

@@ -14,8 +14,10 @@ struct Made : test::StandIn {
   BuildReport make(const BuildRequest& request = {}) {
     return make_map(workspace, prompts, progress, BuildServices{}, request);
   }
-  std::string image(const std::string& number) const { return platform::join(home / "out", number + ".img"); }
-  std::string arguments() const { return read_whole_file(home / "stand-in-arguments"); }
+  [[nodiscard]] std::string image(const std::string& number) const {
+    return platform::join(home / "out", number + ".img");
+  }
+  [[nodiscard]] std::string arguments() const { return read_whole_file(home / "stand-in-arguments"); }
 };
 
 }  // namespace

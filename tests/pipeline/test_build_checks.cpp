@@ -19,7 +19,7 @@ struct Checked : test::StandIn {
   }
   CheckResult all() { return check_build(workspace, prompts, progress, services); }
   // The last message of the checks.
-  std::string message() const { return prompts.texts().empty() ? "" : prompts.texts().back(); }
+  [[nodiscard]] std::string message() const { return prompts.texts().empty() ? "" : prompts.texts().back(); }
   BuildServices services;
 };
 

@@ -33,12 +33,12 @@ struct Planned {
     facts.template_text = "# head\n" + block("13224385", "One", "1.o5m") + block("13224386", "Two", "2.o5m") +
                           block("13224387", "Three", "3.o5m");
   }
-  BuildPlan plan() const {
+  [[nodiscard]] BuildPlan plan() const {
     Result<BuildPlan> made = plan_build(workspace, facts);
     CHECK(made.error == "");
     return made.value;
   }
-  std::string error() const { return plan_build(workspace, facts).error; }
+  [[nodiscard]] std::string error() const { return plan_build(workspace, facts).error; }
 
   Workspace workspace;
   Settings& settings = workspace.settings = test::settings_of(

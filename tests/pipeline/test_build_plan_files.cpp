@@ -21,8 +21,10 @@ struct Stage : test::StandIn {
     workspace.tiles = {{"13224385", "", {47.1, 9.1}, {47.2, 9.2}, false},
                        {"13224386", "", {47.1, 10.1}, {47.2, 10.2}, false}};
   }
-  std::string in_temp(std::string_view name) const { return platform::join(home / "temp", name); }
-  std::string text_of(std::string_view name) const { return read_whole_file(in_temp(name)); }
+  [[nodiscard]] std::string in_temp(std::string_view name) const {
+    return platform::join(home / "temp", name);
+  }
+  [[nodiscard]] std::string text_of(std::string_view name) const { return read_whole_file(in_temp(name)); }
   BuildPlan plan;
 };
 

@@ -11,25 +11,25 @@ using Texts = std::vector<std::string>;
 TEST_CASE("files are judged first, then the tool's words, then its status") {
   struct Case {
     Verdict verdict;
+    int status;
     std::vector<ResultFile> files;
-    int status = 0;
     const char* error_text = "";
     const char* log = "";
   };
   const std::vector<ResultFile> whole = {{"a.img", 10, true}, {"b.img", 20, true}};
   const Case cases[] = {
-      {Verdict::good, whole, 0, "SEVERE (RoundaboutCheck): x\nNumber of MapFailedExceptions: 0\n"},
-      {Verdict::good, whole, 0, "note: SEVERE (x)\n"},
-      {Verdict::good, whole, 0, "", "uk.me.parabola.mkgmap INFO x\n"},
-      {Verdict::incomplete, {{"a.img", 10, true}, {"empty.img", 0, true}}},
-      {Verdict::incomplete, {{"old.img", 10, false}, {"b.img", 5, true}}},
-      {Verdict::nothing, {{"a.img", 0, false}, {"b.img", 0, false}}},
-      {Verdict::doubtful, whole, 0, "SEVERE (global): Error in style\n"},
-      {Verdict::doubtful, whole, 0, "SCHWERWIEGEND (global): Fehler\n"},
-      {Verdict::doubtful, whole, 0, "Number of ExitExceptions: 12\n"},
-      {Verdict::doubtful, whole, 0, "\tat uk.me.parabola.Main\n"},
-      {Verdict::doubtful, whole, 0, "", "SEVERE (x): y\n"},
-      {Verdict::doubtful, whole, 1},
+      {Verdict::good, 0, whole, "SEVERE (RoundaboutCheck): x\nNumber of MapFailedExceptions: 0\n"},
+      {Verdict::good, 0, whole, "note: SEVERE (x)\n"},
+      {Verdict::good, 0, whole, "", "uk.me.parabola.mkgmap INFO x\n"},
+      {Verdict::incomplete, 0, {{"a.img", 10, true}, {"empty.img", 0, true}}},
+      {Verdict::incomplete, 0, {{"old.img", 10, false}, {"b.img", 5, true}}},
+      {Verdict::nothing, 0, {{"a.img", 0, false}, {"b.img", 0, false}}},
+      {Verdict::doubtful, 0, whole, "SEVERE (global): Error in style\n"},
+      {Verdict::doubtful, 0, whole, "SCHWERWIEGEND (global): Fehler\n"},
+      {Verdict::doubtful, 0, whole, "Number of ExitExceptions: 12\n"},
+      {Verdict::doubtful, 0, whole, "\tat uk.me.parabola.Main\n"},
+      {Verdict::doubtful, 0, whole, "", "SEVERE (x): y\n"},
+      {Verdict::doubtful, 1, whole},
   };
   for (const Case& each : cases) {
     CAPTURE(each.error_text);

@@ -104,7 +104,7 @@ TEST_CASE("nasty folders and files are changed to, found and deleted") {
        {"-x", "a b & c", "%PATH%", "$(touch hacked)", "it's `x`", "a;b,c=d", "(x) ^!", "F\xC3\xA4r"}) {
     CAPTURE(name);
     Run test;
-    const std::string file = test.folder.write(name + "/-f " + name, "x");
+    const std::string file = test.folder.write(std::string(name).append("/-f ").append(name), "x");
     auto found = std::make_shared<ConsoleScript>();
     found->add(step::Echo{"echo ", "found " + name}).add(step::Delete{"-f " + name});
     test.script.add(step::ChangeFolder{test.folder / name})

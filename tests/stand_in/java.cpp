@@ -21,9 +21,15 @@ std::string read_text(const fs::path& path) {
   return {std::istreambuf_iterator<char>(file), {}};
 }
 
+// A missing result must not look like a mode of failing.
 void write_text(const fs::path& path, const std::string& text) {
-  std::ofstream(path, std::ios::binary) << text;
+  std::ofstream file(path, std::ios::binary);
+  file << text;
+  if (!file.flush()) std::cerr << "stand-in: cannot write a file\n";
 }
+
+// The words of the command line are UTF-8 on every system.
+fs::path path_of(const std::string& text) { return fs::path(std::u8string(text.begin(), text.end())); }
 
 std::string mode() {
   std::string text = read_text("stand-in-mode");
@@ -60,7 +66,7 @@ void sleep_for_minutes() { std::this_thread::sleep_for(std::chrono::minutes(5));
 
 // Three tiles side by side, from the map ID upwards.
 int split(const Words& words) {
-  const fs::path folder = option_value(words, "--output-dir=");
+  const fs::path folder = path_of(option_value(words, "--output-dir="));
   const long first = std::stol(option_value(words, "--mapid="));
   std::string areas = "# List of areas\n# Generated " + date_now() + "\n#\n";
   std::string blocks = "#\n# This file can be given to mkgmap using the -c option\n#\n";
@@ -92,14 +98,14 @@ void write_images(const Words& words, const fs::path& folder, const fs::path& ar
 }
 
 int build(const Words& words) {
-  const fs::path folder = option_value(words, "--output-dir=");
+  const fs::path folder = path_of(option_value(words, "--output-dir="));
   std::cerr << "Mkgmap version 4905\n";
   if (mode() == "style-error") {
     std::cerr << "SEVERE (global): Error in style: Error: (lines:304): Unrecognised type command 'foo'\n";
     return 1;
   }
   for (std::size_t i = 0; i + 1 < words.size(); ++i) {
-    if (words[i] == "-c") write_images(words, folder, words[i + 1]);
+    if (words[i] == "-c") write_images(words, folder, path_of(words[i + 1]));
   }
   if (mode() == "hang") sleep_for_minutes();
   if (has_word(words, "--gmapsupp")) write_text(folder / "gmapsupp.img", "device image");

@@ -22,7 +22,7 @@ const std::string old_tiles =
     "input-file: 13224399.osm.pbf\n";
 
 struct Stage : test::StandIn {
-  Stage() : StandIn("sp lit \xC3\xBC $(x)") {
+  Stage() : StandIn("sp lit & $(x)") {
     workspace.settings.java_options = "-Xmx1500m";
     progress.on_events = [this] {
       for (const auto& [name, text] : written_meanwhile)
@@ -91,7 +91,7 @@ TEST_CASE("a good split replaces the old one") {
   Settings& settings = stage.workspace.settings;
   settings.max_nodes = "99999";
   settings.max_areas = "256";
-  CHECK(stage.run() == StageResult::done);
+  REQUIRE(stage.run() == StageResult::done);
   CHECK(stage.prompts.tells() ==
         Texts{"max nodes too small. Reset to 800,000", "max areas too high. Reset to 255"});
   CHECK(stage.names() == Texts{"13224385.o5m", "13224386.o5m", "13224387.o5m", "areas.list", "areas.poly",
