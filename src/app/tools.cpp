@@ -20,13 +20,13 @@ std::string search_path() { return platform::environment("PATH").value_or(""); }
 
 // A Java archive: where the system's packages put it, else in a folder of PATH.
 std::string find_jar(const std::string& package, const std::string& name) {
-  for (const std::string& folder : {"/usr/share/" + package, std::string("/usr/share/java"),
-                                    "/usr/local/share/" + package, "/opt/" + package}) {
-    if (const std::string path = folder + "/" + name; file_exists(path)) return platform::absolute(path);
-  }
-  for (const std::string& folder : split(search_path(), path_list_separator)) {
-    if (const std::string path = platform::join(folder, name); !folder.empty() && file_exists(path))
-      return path;
+  std::vector<std::string> folders = {"/usr/share/" + package, "/usr/share/java",
+                                      "/usr/local/share/" + package, "/opt/" + package};
+  for (std::string& folder : split(search_path(), path_list_separator))
+    folders.push_back(std::move(folder));
+  for (const std::string& folder : folders) {
+    std::string path = platform::join(folder, name);
+    if (!folder.empty() && file_exists(path)) return platform::absolute(path);
   }
   return "";
 }

@@ -202,7 +202,7 @@ def check_options(mkopts, splopts):
             need(not re.search(r"\.mp|\.o5m|\.osm|\.pbf|polygon-file|##", line), "taken for something else: %s" % line)
         total += len(active)
     marks = [line for line in lines_of(mkopts) if "dem>" in line]
-    need(marks == ["<dem>", "</dem>"], "the block of elevation options is not closed")
+    need(marks in ([], ["<dem>", "</dem>"]), "the block of elevation options is not closed")
     need("--output=o5m" in lines_of(splopts), "splopts: no --output=o5m")
     print("%d active options" % total)
 

@@ -25,7 +25,8 @@ NameAndValue name_and_value(std::string_view raw_line) {
 
 ArgumentFile parse_argument_file(std::string_view text) {
   ArgumentFile file;
-  if (text.starts_with("\xEF\xBB\xBF")) text.remove_prefix(3);
+  while (text.starts_with("\xEF\xBB\xBF"))
+    text.remove_prefix(3);
   for (const std::string& line : split_lines(text)) {
     NameAndValue option = name_and_value(line);
     if (option.name == "mapname") {
