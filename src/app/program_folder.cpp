@@ -51,7 +51,7 @@ std::string find_program_folder(const std::optional<std::string>& home) {
   if (home && !home->empty()) return platform::absolute(*home);
   if (const auto variable = platform::environment("FERROWEN_HOME"); variable && !variable->empty())
     return platform::absolute(*variable);
-  const std::string own_folder = platform::folder_of(platform::executable_path());
+  std::string own_folder = platform::folder_of(platform::executable_path());
 #ifdef _WIN32
   if (platform::folder_is_writable(own_folder)) return own_folder;
   return platform::join(platform::user_data_folder(), "Ferrowen");

@@ -12,22 +12,27 @@ namespace {
 constexpr int utf8_code_page = 65001;
 constexpr int ascii_code_page = 20127;
 
+// Java reads argument files in its default charset.
+int java_code_page() {
+#ifdef _WIN32
+  return platform::ansi_code_page();
+#else
+  return utf8_code_page;
+#endif
+}
+
 int code_page_of(Consumer consumer) {
   switch (consumer) {
     case Consumer::java_arguments:
-#ifdef _WIN32
-      return platform::ansi_code_page();
-#else
-      return utf8_code_page;
-#endif
-    case Consumer::shell_script:
-      return utf8_code_page;
+      return java_code_page();
     case Consumer::batch_script:
       return platform::oem_code_page();
     case Consumer::regedit4:
       return platform::ansi_code_page();
     case Consumer::ascii:
       return ascii_code_page;
+    case Consumer::shell_script:
+      break;
   }
   return utf8_code_page;
 }

@@ -46,6 +46,7 @@ std::vector<std::string> near_names(std::string_view name, const std::vector<std
                    [](const auto& left, const auto& right) { return left.first < right.first; });
   if (found.size() > most_names) found.resize(most_names);
   std::vector<std::string> near;
+  near.reserve(found.size());
   for (const auto& [distance, other] : found)
     near.emplace_back(other);
   return near;

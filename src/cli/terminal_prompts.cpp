@@ -89,7 +89,9 @@ void TerminalPrompts::print_shown_files() {
   for (const std::string& path : m_shown_files) {
     const std::string text = last_lines(path);
     m_log.push_back({text, Icon::none, std::nullopt, path});
-    if (!text.empty()) m_terminal.print_line(path + ":\n" + text);
+    std::string shown = path;
+    shown.append(":\n").append(text);
+    if (!text.empty()) m_terminal.print_line(shown);
   }
   m_shown_files.clear();
 }

@@ -18,7 +18,7 @@ namespace ferrowen {
 
 namespace {
 
-constexpr std::uint64_t bytes_of_a_megabyte = 1000 * 1000;
+constexpr std::uint64_t bytes_of_a_megabyte = 1000ULL * 1000;
 constexpr std::uint64_t large_input = 100 * bytes_of_a_megabyte;
 constexpr long reset_fid = 100;
 constexpr std::size_t typ_mark_offset = 2;

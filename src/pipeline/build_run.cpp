@@ -147,6 +147,7 @@ std::vector<std::string> further_files(const Settings& settings, const BuildPlan
     }
   }
   std::vector<std::string> files;
+  files.reserve(names.size());
   for (const std::string& name : names)
     files.push_back(platform::join(output_folder, name));
   return files;
