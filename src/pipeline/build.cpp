@@ -103,7 +103,9 @@ void tell_problem(Prompts& prompts, const Status& status) {
 void plan_for_own_script(const Workspace& workspace, BuildPlan& plan) {
   const std::string script = read_whole_file(workspace.path(file_name::own_script));
   const std::optional<std::string> name = map_name_option(script, native_dialect);
-  const bool image_alone = !name && has_option(script, "--gmapsupp", native_dialect);
+  // Without a device image among the expected files there must be a map, or nothing could ever be missing.
+  const bool image_alone =
+      !name && workspace.settings.device_image && has_option(script, "--gmapsupp", native_dialect);
   plan.map_names.clear();
   if (!image_alone) plan.map_names = {name.value_or(default_map_name)};
 }
