@@ -15,6 +15,7 @@ app: runner base platform
 pipeline/tiles: app runner base platform
 elevation: pipeline/tiles app runner base platform
 pipeline: elevation pipeline/tiles app runner base platform
+ui: pipeline elevation pipeline/tiles app runner base platform
 cli: pipeline elevation pipeline/tiles app runner base platform
 '
 
@@ -49,8 +50,13 @@ for file in $(cd "$root/src" && find . -name '*.cpp' -o -name '*.hpp' | sed 's|^
       failed=1
     fi
   done
-  if [ "$room" != cli ] && grep -nE '#include <(Q|CLI|nlohmann)' "$root/src/$file"; then
-    echo "$file: the core uses the standard library alone"
+  case $room in
+    cli) forbidden='Q' ;;
+    ui) forbidden='CLI|nlohmann' ;;
+    *) forbidden='Q|CLI|nlohmann' ;;
+  esac
+  if grep -nE "#include <($forbidden)" "$root/src/$file"; then
+    echo "$file: $room may not use that library"
     failed=1
   fi
 done

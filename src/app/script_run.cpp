@@ -2,7 +2,9 @@
 
 #include <algorithm>
 #include <array>
+#include <chrono>
 
+#include "app/space_watch.hpp"
 #include "app/tools.hpp"
 #include "base/encoding.hpp"
 #include "base/files.hpp"
@@ -110,6 +112,17 @@ int priority_of(std::string_view name) {
   return found == names.end() ? 0 : static_cast<int>(found - names.begin()) - middle;
 }
 
+// The splitter does not end on a full disk either, and when its error stream lies there too, nothing tells.
+std::function<std::string(std::uint64_t)> obstacle_of_split(const Workspace& workspace) {
+  const std::vector<std::string> folders = {split_folder(workspace), workspace.folder.path()};
+  return [folders, watch = SpaceWatch()](std::uint64_t printed) mutable -> std::string {
+    const std::string full = full_folder(folders);
+    const std::uint64_t left = full.empty() ? 0 : printed + bytes_in(folders);
+    const std::chrono::duration<double> now = std::chrono::steady_clock::now().time_since_epoch();
+    return watch.is_stuck(now.count(), full, left) ? "No space left: " + full : "";
+  };
+}
+
 VisibleRunRequest request_for(const Workspace& workspace, std::string_view script,
                               const ScriptSwitches& switches, const std::function<void()>& tick) {
   VisibleRunRequest request;
@@ -119,7 +132,10 @@ VisibleRunRequest request_for(const Workspace& workspace, std::string_view scrip
   request.environment = tool_environment(workspace.settings);
   request.priority = priority_of(workspace.settings.thread_priority);
   request.tick = tick;
-  if (is_split(workspace, script)) request.must_end = is_hopeless;
+  if (is_split(workspace, script)) {
+    request.must_end = is_hopeless;
+    request.obstacle = obstacle_of_split(workspace);
+  }
   return request;
 }
 

@@ -116,12 +116,6 @@ Status check_java_name(std::string_view path) {
   return {"You have selected:\r\n" + platform::name_of(path)};
 }
 
-// Folders that a person keeps; the others are made when they are needed.
-bool must_exist(const Field& field) {
-  return field.page == Page::folders && field.name.ends_with("-folder") && field.name != "output-folder" &&
-         field.name != "map-folder";
-}
-
 Status check_rule(const Field& field, std::string_view text) {
   if (field.name == "colour" && !text.empty() && !is_colour(text)) return wrong(field, text, "a colour");
   if (field.name == "max-jobs" && lenient_number(text) <= 0) return {"max-jobs must be > 0 "};
@@ -162,6 +156,11 @@ void assign_stored(Settings& settings, const Field& field, std::string_view text
   if (value.empty()) value = initial_text(field, home);
   if (field.type == FieldType::path) value = trim(value);
   set_member(settings, field, field.type == FieldType::lines ? separate_lines(value) : value);
+}
+
+bool must_exist(const Field& field) {
+  return field.page == Page::folders && field.name.ends_with("-folder") && field.name != "output-folder" &&
+         field.name != "map-folder";
 }
 
 Status assign_checked(Settings& settings, const Field& field, std::string_view text) {
@@ -214,7 +213,7 @@ LoadedSettings parse_settings(std::string_view text, std::string_view home) {
 std::string memory_of_java_options(std::string_view java_options) {
   const std::size_t start = java_options.find("Xmx");
   if (start == std::string_view::npos)
-    return is_digits(trim(java_options)) ? std::string(trim(java_options)) : "";
+    return trim(java_options).starts_with('-') ? "" : std::string(trim(java_options));
   const std::string_view rest = java_options.substr(start + 3);
   return std::string(rest.substr(0, rest.find('m')));
 }

@@ -63,6 +63,8 @@ std::string_view page_name(Page page);
 std::string stored_text(const Settings& settings, const Field& field);
 // Takes a stored text. Numbers are read leniently; a blank text gives the field's default.
 void assign_stored(Settings& settings, const Field& field, std::string_view text, std::string_view home);
+// A folder that a person keeps and that must be there; the others are made when they are needed.
+bool must_exist(const Field& field);
 // Takes a text from a person and says what is wrong with it; nothing is changed then.
 Status assign_checked(Settings& settings, const Field& field, std::string_view text);
 
@@ -78,8 +80,8 @@ struct LoadedSettings {
 };
 LoadedSettings parse_settings(std::string_view text, std::string_view home);
 
-// The number between "Xmx" and the next "m" of a Java options text, or the text itself when it is a number
-// alone; "" for other options.
+// The number between "Xmx" and the next "m" of a Java options text, or the text itself when it is no option
+// (a number alone, or what is no memory at all); "" for other options.
 std::string memory_of_java_options(std::string_view java_options);
 
 }  // namespace ferrowen

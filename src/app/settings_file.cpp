@@ -72,6 +72,14 @@ void loaddata(Workspace& workspace, Prompts& prompts, const SettingsSource& sour
     prompts.tell(note, Icon::warning);
 }
 
+Status settings_are_readable(const Workspace& workspace) {
+  for (const std::string_view name : {file_name::settings, file_name::previous_settings}) {
+    const std::string path = workspace.path(name);
+    if (file_exists(path)) return {read_file(path).error};
+  }
+  return {};
+}
+
 Status savedata(const Workspace& workspace, const std::string& target) {
   return safe_write(target.empty() ? workspace.path(file_name::settings) : target,
                     settings_text(workspace.settings));

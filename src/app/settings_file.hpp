@@ -16,6 +16,9 @@ using SettingsSource = std::variant<FromProgramFolder, FromDefaults, std::string
 // Fills the settings record. A file that cannot be read gives every field its default. Notes of the load
 // rules are told.
 void loaddata(Workspace& workspace, Prompts& prompts, const SettingsSource& source = FromProgramFolder{});
+// Why the settings of the program folder cannot be read, if they are there at all: saving over them would
+// lose them.
+Status settings_are_readable(const Workspace& workspace);
 // Writes the record to `target`, or to the program folder's settings file when that is empty.
 Status savedata(const Workspace& workspace, const std::string& target = "");
 // What the main window does when it closes: the settings file and the automatic backup.

@@ -47,7 +47,7 @@ struct Settings {
   // tools
   std::string java, mkgmap_jar, splitter_jar, osmconvert, contour_tool, seven_zip, makensis, editor,
       typ_editor;
-  std::string basecamp, mapsource, wine_prefix, launch_program;
+  std::string basecamp, mapsource, wine_prefix, launch_program, home_port;
   // the program
   bool keep_log = false, keep_error_stream = true, keep_console_open = false, own_script = false;
   bool confirmations_off = false, show_all_output = false;

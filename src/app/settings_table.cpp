@@ -173,6 +173,7 @@ const std::vector<Field>& table() {
       {140, "recent-files", lines, Page::program, "", "Files used recently.", &S::recent_files},
       {141, "window-layout", lines, Page::program, "", "Sizes and places of the windows.", &S::window_layout},
       {142, "option-set", text, Page::options, "", "Name of the option set in use.", &S::option_set},
+      {143, "homeport", path, Page::tools, "", "The HomePort program.", &S::home_port},
   };
   return fields;
 }

@@ -1,5 +1,7 @@
 #include "app/start_up.hpp"
 
+#include "app/language_file.hpp"
+#include "app/option_sets.hpp"
 #include "app/settings_file.hpp"
 #include "app/tools.hpp"
 #include "base/files.hpp"
@@ -59,6 +61,15 @@ void read_identifier_lists(Workspace& workspace) {
   workspace.avoided_fids = read_whole_file(workspace.path(file_name::map_fids));
 }
 
+// Before anything else is told, so that it is told in the person's language. The choice is kept: the file may
+// be on a disk that is not there now.
+void load_chosen_language(Workspace& workspace, Prompts& prompts) {
+  const Status chosen = choose_language(workspace, workspace.settings.language);
+  if (chosen.ok()) return;
+  use_english(workspace);
+  prompts.tell(chosen.error + "\r\n\r\nEnglish is used.", Icon::warning);
+}
+
 Status prepare_folder(Workspace& workspace) {
   if (Status made = workspace.folder.create_layout(); !made.ok()) return made;
   const std::string assets = find_assets_folder();
@@ -66,6 +77,11 @@ Status prepare_folder(Workspace& workspace) {
 }
 
 }  // namespace
+
+std::string split_folder(const Workspace& workspace) {
+  const std::string& folder = workspace.settings.split_folder;
+  return trim(folder).empty() ? workspace.path("temp") : platform::absolute(folder);
+}
 
 std::string build_output_folder(const Settings& settings) {
   return settings.output_folder.empty() ? settings.map_folder : settings.output_folder;
@@ -76,6 +92,7 @@ Status start_up(Workspace& workspace, Prompts& prompts) {
   const bool fresh = !file_exists(workspace.path(file_name::settings)) &&
                      !file_exists(workspace.path(file_name::previous_settings));
   loaddata(workspace, prompts);
+  load_chosen_language(workspace, prompts);
   if (fresh) offer_sample(workspace);
   fill_machine_defaults(workspace);
   if (style_names(workspace.settings).empty()) prompts.tell(no_styles);
@@ -114,6 +131,11 @@ AfterStartUp check_main_path(const Workspace& workspace, Prompts& prompts) {
   return AfterStartUp::open_settings;
 }
 
+bool essential_tools_present(const Workspace& workspace) {
+  return workspace.java_version != java_not_installed && file_has_content(workspace.settings.mkgmap_jar) &&
+         file_has_content(workspace.settings.splitter_jar);
+}
+
 std::string java_version_text(std::string_view output) {
   if (!contains(lower_ascii(output), "build")) return java_not_installed;
   for (const std::string& line : split_lines(output)) {
@@ -132,9 +154,14 @@ std::vector<std::string> style_names(const Settings& settings) {
 
 void take_option_sets(Workspace& workspace) {
   Settings& settings = workspace.settings;
-  fill(settings.options_text, with_crlf(read_whole_file(workspace.path(file_name::mkgmap_options))));
-  const std::string splitter = with_crlf(read_whole_file(workspace.path(file_name::splitter_options)));
-  if (!trim(splitter).empty()) settings.splitter_options = splitter;
+  const auto first_set = [&](OptionKeeper keeper) {
+    return load_option_sets(workspace, keeper).value;  // a file that cannot be read is told in the editor
+  };
+  if (const OptionSets sets = first_set(OptionKeeper::mkgmap); !sets.sets.empty())
+    fill(settings.options_text, sets.sets.front().text);
+  if (const OptionSets sets = first_set(OptionKeeper::splitter);
+      !sets.sets.empty() && !trim(sets.sets.front().text).empty())
+    settings.splitter_options = sets.sets.front().text;
 }
 
 void fill_machine_defaults(Workspace& workspace) {

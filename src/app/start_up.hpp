@@ -20,6 +20,9 @@ void query_java_version(Workspace& workspace, Prompts& prompts, Progress& progre
 // Tells when mkgmap.jar is set but missing, and which action to offer.
 AfterStartUp check_main_path(const Workspace& workspace, Prompts& prompts);
 
+// True when Java, mkgmap.jar and splitter.jar are there: without them no map can be built.
+bool essential_tools_present(const Workspace& workspace);
+
 // First line of java's output without quotes when it names a build; "Java not installed" otherwise.
 std::string java_version_text(std::string_view output);
 // The same without the word "version", as the window shows it.

@@ -6,6 +6,7 @@
 #include <string>
 #include <vector>
 
+#include "app/interface_texts.hpp"
 #include "app/program_folder.hpp"
 #include "app/settings.hpp"
 #include "app/tile.hpp"
@@ -30,6 +31,7 @@ struct Workspace {
   ProgramFolder folder;
   Settings settings;
   MessageTable messages;
+  InterfaceTexts texts;
   RunFlags flags;
   std::string java_version = java_not_installed;
 
@@ -50,5 +52,7 @@ struct Workspace {
 
 // The folder that builds write to: the output folder, or the default map folder when none is set.
 std::string build_output_folder(const Settings& settings);
+// The split output folder: that of the settings, or "temp" in the program folder when none is set.
+std::string split_folder(const Workspace& workspace);
 
 }  // namespace ferrowen

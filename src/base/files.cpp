@@ -67,7 +67,7 @@ bool folder_exists(const std::string& path) {
   return !path.empty() && fs::is_directory(file_system_path(path), error);
 }
 
-bool same_folder(const std::string& one, const std::string& other) {
+bool same_file(const std::string& one, const std::string& other) {
   std::error_code error;
   return fs::equivalent(platform::file_system_path(one), platform::file_system_path(other), error);
 }

@@ -12,8 +12,8 @@ namespace ferrowen {
 
 bool file_exists(const std::string& path);    // anything there, a file or a folder
 bool folder_exists(const std::string& path);  // a folder, or a link to one
-// True when both paths lead to the same existing folder, by whatever links and spellings.
-bool same_folder(const std::string& one, const std::string& other);
+// True when both paths lead to the same existing file or folder, by whatever links and spellings.
+bool same_file(const std::string& one, const std::string& other);
 // Bytes of a regular file; nothing there, or a folder, counts as 0.
 std::uint64_t file_size(const std::string& path);
 bool file_has_content(const std::string& path);

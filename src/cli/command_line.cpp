@@ -6,6 +6,7 @@
 
 #include "app/version.hpp"
 #include "base/text.hpp"
+#include "cli/near_names.hpp"
 
 namespace ferrowen {
 
@@ -41,6 +42,13 @@ Examples:
   ferrowen build alps.osm.pbf --dem --hgt /data/hgt --contours clip
   ferrowen build --tiles saved --output /media/garmin/maps
   ferrowen build alps.osm.pbf --print --verbose)";
+
+constexpr const char* language_footer = R"(Examples:
+  ferrowen language template deutsch.m5l      the English texts, for a translator
+  ferrowen language check deutsch.m5l
+  ferrowen settings set language=deutsch.m5l  (a file in the languages folder; blank: English)
+
+Exit status of check: 0 nothing to do, 1 something found, 2 unreadable.)";
 
 std::string footer(const std::string& text) {
   return text.empty() ? global_hint : text + "\n\n" + global_hint;
@@ -163,6 +171,27 @@ void add_build(CLI::App& app, BuildArguments& arguments) {
   add_run_options(*build, arguments);
 }
 
+void add_language(CLI::App& app, LanguageArguments& arguments) {
+  using Action = LanguageArguments::Action;
+  CLI::App* language = add_command(app, "language", "List, begin or check language files", language_footer);
+  language->require_subcommand(1);
+  const auto add = [&](const std::string& name, Action action, const std::string& help) {
+    CLI::App* command = language->add_subcommand(name, help);
+    command->group("Commands");
+    command->footer(global_hint);
+    command->callback([&arguments, action] { arguments.action = action; });
+    return command;
+  };
+  const auto add_file = [&](CLI::App* command, const std::string& help) {
+    command->add_option("FILE", arguments.file, help)->type_name("")->required();
+  };
+  add("list", Action::list, "Show the languages that can be chosen");
+  add_file(add("template", Action::write_template, "Write the English texts as a language file"),
+           "Language file to write (*.m5l)");
+  add_file(add("check", Action::check, "Tell what is missing, superfluous or out of range"),
+           "Language file to read");
+}
+
 struct Parser {
   CLI::App app{"Turns OpenStreetMap data into Garmin maps."};
   GlobalOptions global;
@@ -170,6 +199,7 @@ struct Parser {
   SplitArguments split;
   TilesArguments tiles;
   BuildArguments build;
+  LanguageArguments language;
 
   Parser() {
     constexpr std::size_t column = 28;
@@ -185,6 +215,7 @@ struct Parser {
     add_split(app, split);
     add_tiles(app, tiles);
     add_build(app, build);
+    add_language(app, language);
     app.require_subcommand(1);
     app.footer(main_footer);
   }
@@ -193,23 +224,65 @@ struct Parser {
     if (app.got_subcommand("settings")) return {global, settings};
     if (app.got_subcommand("split")) return {global, split};
     if (app.got_subcommand("tiles")) return {global, tiles};
+    if (app.got_subcommand("language")) return {global, language};
     return {global, build};
   }
 };
 
-// CLI11 only says that a command is missing; a person wants to know which word was not understood.
-std::string unknown_command(const CLI::App& app, const std::vector<std::string>& arguments) {
-  for (std::size_t i = 0; i < arguments.size(); ++i) {
+std::string whole_name(const CLI::App& command) {
+  const CLI::App* parent = command.get_parent();
+  return (parent == nullptr ? "" : whole_name(*parent) + " ") + command.get_name();
+}
+
+std::string unknown_command(const CLI::App& command, const std::string& word) {
+  std::vector<std::string_view> names;
+  for (const CLI::App* one : command.get_subcommands([](const CLI::App*) { return true; }))
+    names.emplace_back(one->get_name());
+  const std::vector<std::string> near = near_names(word, names);
+  const std::string hint = near.empty() ? "" : " Did you mean " + join_texts(near, ", ") + "?";
+  return "Unknown command '" + word + "'." + hint + " '" + whole_name(command) +
+         " --help' lists the commands.";
+}
+
+// The option that a word names: of the command, or one that every command takes.
+const CLI::Option* option_named(const CLI::App* command, const std::string& word) {
+  const std::string name = word.substr(0, word.find('='));
+  for (; command != nullptr; command = command->get_parent()) {
+    if (const CLI::Option* option = command->get_option_no_throw(name)) return option;
+  }
+  return nullptr;
+}
+
+bool looks_like_option(const std::string& word) {
+  return word.size() > 2 && word.starts_with("--") && word[2] >= 'a' && word[2] <= 'z';
+}
+
+// What an option that takes a text would swallow by mistake. Options for mkgmap are meant to look like that.
+std::string wrong_value(const CLI::Option& option, const std::string& word, const std::string& value) {
+  if (!looks_like_option(value) || option.check_lname("option")) return "";
+  return word + " needs a value; '" + value + "' looks like an option. If it is the value, write " + word +
+         "=" + value + ".";
+}
+
+// CLI11 only says that a command is missing, and takes any word for a value; a person wants to know which
+// word was not understood.
+std::string mistake_in(const CLI::App& app, const std::vector<std::string>& arguments) {
+  const CLI::App* command = &app;
+  for (std::size_t i = 0; i < arguments.size() && arguments[i] != "--"; ++i) {
     const std::string& word = arguments[i];
-    if (word == "--home") {
-      ++i;
-    } else if (word.starts_with("-")) {
-      if (app.get_option_no_throw(word.substr(0, word.find('='))) == nullptr)
+    if (word.starts_with("-")) {
+      const CLI::Option* option = option_named(command, word);
+      if (option == nullptr && command == &app)
         return "Unknown option " + word + ". 'ferrowen --help' lists the options.";
-    } else {
-      const auto commands = app.get_subcommands([&](const CLI::App* one) { return one->get_name() == word; });
-      if (commands.empty()) return "Unknown command '" + word + "'. 'ferrowen --help' lists the commands.";
-      return "";
+      if (option == nullptr || option->get_items_expected_max() == 0 || contains(word, "=")) continue;
+      if (++i == arguments.size()) return "";
+      if (std::string wrong = wrong_value(*option, word, arguments[i]); !wrong.empty()) return wrong;
+    } else if (const auto commands = command->get_subcommands([](const CLI::App*) { return true; });
+               !commands.empty()) {
+      const auto named = std::find_if(commands.begin(), commands.end(),
+                                      [&](const CLI::App* one) { return one->get_name() == word; });
+      if (named == commands.end()) return unknown_command(*command, word);
+      command = *named;
     }
   }
   return "";
@@ -220,8 +293,8 @@ std::string unknown_command(const CLI::App& app, const std::vector<std::string>&
 ParsedCommandLine parse_command_line(const std::vector<std::string>& arguments) {
   Parser parser;
   if (arguments.empty()) return {std::nullopt, "", parser.app.help()};
-  if (const std::string unknown = unknown_command(parser.app, arguments); !unknown.empty())
-    return {std::nullopt, "", unknown};
+  if (const std::string mistake = mistake_in(parser.app, arguments); !mistake.empty())
+    return {std::nullopt, "", mistake};
   try {
     parser.app.parse(std::vector<std::string>(arguments.rbegin(), arguments.rend()));
   } catch (const CLI::ParseError& error) {

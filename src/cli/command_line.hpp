@@ -37,9 +37,15 @@ struct BuildArguments {
   std::vector<std::string> options;  // further mkgmap options, in order
 };
 
+struct LanguageArguments {
+  enum class Action : unsigned char { list, write_template, check };
+  Action action = Action::list;
+  std::string file;  // write_template, check
+};
+
 struct CommandLine {
   GlobalOptions global;
-  std::variant<SettingsArguments, SplitArguments, TilesArguments, BuildArguments> command;
+  std::variant<SettingsArguments, SplitArguments, TilesArguments, BuildArguments, LanguageArguments> command;
 };
 
 struct ParsedCommandLine {

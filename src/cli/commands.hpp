@@ -11,5 +11,6 @@ ExitStatus run_command(Session& session, const SettingsArguments& arguments);
 ExitStatus run_command(Session& session, const SplitArguments& arguments);
 ExitStatus run_command(Session& session, const TilesArguments& arguments);
 ExitStatus run_command(Session& session, const BuildArguments& arguments);
+ExitStatus run_command(Session& session, const LanguageArguments& arguments);
 
 }  // namespace ferrowen

@@ -2,6 +2,7 @@
 
 #include <ostream>
 
+#include "app/settings_file.hpp"
 #include "app/start_up.hpp"
 #include "base/files.hpp"
 #include "base/text.hpp"
@@ -50,15 +51,6 @@ Json message_object(const LoggedMessage& message) {
   if (message.answer) object["answer"] = answer_word(*message.answer);
   if (!message.file.empty()) object["file"] = message.file;
   return object;
-}
-
-// Saving over settings that could not be read would lose them.
-Status settings_are_readable(const Workspace& workspace) {
-  for (const std::string_view name : {file_name::settings, file_name::previous_settings}) {
-    const std::string path = workspace.path(name);
-    if (file_exists(path)) return {read_file(path).error};
-  }
-  return {};
 }
 
 }  // namespace

@@ -99,15 +99,14 @@ void tell_problem(Prompts& prompts, const Status& status) {
   if (!status.ok()) prompts.tell(status.error, Icon::critical);
 }
 
-// Own scripts name their map themselves; one that makes a device image alone is judged by that.
-void plan_for_own_script(const Workspace& workspace, BuildPlan& plan) {
+// Own scripts say themselves what they make, whatever the settings ask for; one that makes a device image
+// alone is judged by that.
+void plan_for_own_script(const Workspace& workspace, BuildPlan& plan, Settings& settings) {
   const std::string script = read_whole_file(workspace.path(file_name::own_script));
   const std::optional<std::string> name = map_name_option(script, native_dialect);
-  // Without a device image among the expected files there must be a map, or nothing could ever be missing.
-  const bool image_alone =
-      !name && workspace.settings.device_image && has_option(script, "--gmapsupp", native_dialect);
+  settings.device_image = has_option(script, "--gmapsupp", native_dialect);
   plan.map_names.clear();
-  if (!image_alone) plan.map_names = {name.value_or(default_map_name)};
+  if (name || !settings.device_image) plan.map_names = {name.value_or(default_map_name)};
 }
 
 Status put_typ_in_place(const BuildPlan& plan) {
@@ -170,6 +169,16 @@ StageResult conclude(Workspace& workspace, Prompts& prompts, Progress& progress,
   return StageResult::done;
 }
 
+// The person wants no further stage after this run; what it made or destroyed is looked at all the same.
+void settle_halted(const Workspace& workspace, Prompts& prompts, Results& results, const VisibleRunEnd& run,
+                   BuildReport& report) {
+  const Judgement judgement = judge_build(results.expected(), run, java_log(workspace));
+  const bool good = judgement.verdict == Verdict::good;
+  if (good) report.files = results.made();
+  if (!good) tell_failure(workspace, prompts, judgement, run);
+  tell_problem(prompts, good ? results.keep() : results.undo());
+}
+
 double now() {
   return std::chrono::duration<double>(std::chrono::steady_clock::now().time_since_epoch()).count();
 }
@@ -178,9 +187,9 @@ StageResult run_build(Workspace& workspace, Prompts& prompts, Progress& progress
                       BuildPlan& plan, BuildReport& report) {
   const std::string output_folder = build_output_folder(workspace.settings);
   workspace.built_files.clear();
-  if (workspace.settings.own_script) plan_for_own_script(workspace, plan);
-  Results results(expected_files(workspace.settings, plan, output_folder),
-                  further_files(workspace.settings, plan, output_folder));
+  Settings wanted = workspace.settings;
+  if (wanted.own_script) plan_for_own_script(workspace, plan, wanted);
+  Results results(expected_files(wanted, plan, output_folder), further_files(wanted, plan, output_folder));
   if (const Status prepared = prepare_output(plan, output_folder, results); !prepared.ok()) {
     tell_problem(prompts, prepared);
     tell_problem(prompts, results.undo());
@@ -198,7 +207,7 @@ StageResult run_build(Workspace& workspace, Prompts& prompts, Progress& progress
   report.command = script;
   report.fid = workspace.settings.fid;
   if (!run.cancelled && !halt_is_accepted(workspace, prompts, script)) {
-    tell_problem(prompts, results.keep());
+    settle_halted(workspace, prompts, results, run, report);
     return StageResult::stopped;
   }
   return conclude(workspace, prompts, progress, results, run, report);
@@ -223,8 +232,7 @@ void load_own_tiles(Workspace& workspace, Prompts& prompts) {
 
 Status apply_selection(Workspace& workspace, const BuildRequest& request) {
   if (!request.use_saved_selection) return select_tiles(workspace.tiles, request.tiles);
-  const std::string path =
-      platform::join(workspace.settings.split_folder, std::string(argument_name::saved_selection));
+  const std::string path = platform::join(split_folder(workspace), argument_name::saved_selection);
   if (Status loaded = loadarg(workspace, path); !loaded.ok()) return loaded;
   workspace.saved_selection = true;
   return {};
@@ -332,11 +340,16 @@ Result<std::vector<std::string>> planned_commands(Workspace& workspace, Prompts&
   using Commands = std::vector<std::string>;
   Settings& settings = workspace.settings;
   std::vector<Command> commands;
+  std::vector<std::string> notes;
   PlanFacts facts;
   if (split_is_wanted(workspace, request)) {
     settings.max_nodes = corrected_max_nodes(settings.max_nodes).value;
     settings.max_areas = corrected_max_areas(settings.max_areas).value;
-    commands.push_back(splitter_command(settings).command);
+    Settings with_folder = settings;
+    with_folder.split_folder = split_folder(workspace);
+    SplitterCommand split = splitter_command(with_folder);
+    commands.push_back(std::move(split.command));
+    notes = std::move(split.notes);
     facts = gather_plan_facts(workspace);
     plan_tiles_to_come(workspace, request, facts);
   } else {
@@ -346,10 +359,13 @@ Result<std::vector<std::string>> planned_commands(Workspace& workspace, Prompts&
   if (const Status selected = apply_selection(workspace, request); !selected.ok())
     return failed<Commands>(selected.error);
   if (lenient_number(settings.fid) == 0) new_id(workspace, prompts);
-  if (lenient_number(settings.fid) == 0) return failed<Commands>(workspace.message(70));
+  if (!is_fid(trim(settings.fid))) return failed<Commands>(workspace.message(70));
   Result<BuildPlan> plan = plan_build(workspace, facts);
   if (!plan.ok()) return failed<Commands>(plan.error);
   commands.push_back(std::move(plan.value.command));
+  notes.insert(notes.end(), plan.value.notes.begin(), plan.value.notes.end());
+  for (const std::string& note : notes)
+    prompts.tell(note, Icon::warning);
   Result<Commands> lines;
   for (const Command& command : commands) {
     const Result<std::string> line = render_command(command, native_dialect);

@@ -135,7 +135,7 @@ CheckResult check_tiles(const Workspace& workspace, Prompts& prompts) {
   }
   if (workspace.saved_selection && selected_count(workspace.tiles) == 0)
     return stop(prompts, "Please select tile(s)");
-  if (!file_has_content(platform::join(settings.split_folder, template_name)))
+  if (!file_has_content(platform::join(split_folder(workspace), template_name)))
     return stop(prompts, workspace.message(4));
   return CheckResult::go_on;
 }

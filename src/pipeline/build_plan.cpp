@@ -21,12 +21,13 @@ constexpr int message_no_target_folder = 65;
 constexpr int message_map_id = 84;
 
 // Tools run in folders of their own: no path of a command or an argument file may depend on the current one.
-Settings with_absolute_paths(const Settings& settings) {
+Settings with_absolute_paths(const Workspace& workspace) {
+  const Settings& settings = workspace.settings;
   Settings absolute = settings;
   absolute.output_folder = platform::absolute(build_output_folder(settings));
-  for (std::string* path : {&absolute.input, &absolute.mkgmap_jar, &absolute.styles_folder,
-                            &absolute.split_folder, &absolute.typ})
+  for (std::string* path : {&absolute.input, &absolute.mkgmap_jar, &absolute.styles_folder, &absolute.typ})
     *path = platform::absolute(std::string(trim(*path)));
+  absolute.split_folder = split_folder(workspace);
   absolute.map_id = trim(settings.map_id);
   return absolute;
 }
@@ -46,7 +47,7 @@ std::vector<std::string> map_names_of(const ArgumentFile& file) {
 class Planner {
  public:
   Planner(const Workspace& workspace, const PlanFacts& facts)
-      : m_workspace(workspace), m_facts(facts), m_settings(with_absolute_paths(workspace.settings)) {
+      : m_workspace(workspace), m_facts(facts), m_settings(with_absolute_paths(workspace)) {
     if (!m_settings.use_options_text) return;
     const std::string_view set = trim(m_settings.option_set);
     m_options = parse_options_text(m_settings.options_text, set.empty() ? file_name::mkgmap_options : set);
@@ -208,15 +209,20 @@ class Planner {
   // mkgmap writes its patched copy beside the TYP that it is given, so it gets one in the output folder.
   Status plan_typ() {
     if (!m_settings.use_typ || m_settings.typ.empty()) return {};
-    m_plan.typ_copy = platform::join(m_settings.output_folder, platform::name_of(m_settings.typ));
+    m_plan.typ_copy = typ_in_output_folder(m_settings);
     if (same_path(m_plan.typ_copy, m_settings.typ)) m_plan.typ_copy = m_settings.typ;
-    m_plan.typ_source = m_settings.typ;
+    m_plan.typ_source = m_facts.typ_is_in_place ? m_plan.typ_copy : m_settings.typ;
     m_files.typ = m_plan.typ_copy;
     return {};
   }
 };
 
 }  // namespace
+
+std::string typ_in_output_folder(const Settings& settings) {
+  const std::string folder = platform::absolute(build_output_folder(settings));
+  return platform::join(folder, platform::name_of(trim(settings.typ)));
+}
 
 bool builds_from_tiles(const Workspace& workspace) {
   return !workspace.tiles.empty() && !is_mp(workspace.settings.input) && !workspace.settings.unsplit_input;

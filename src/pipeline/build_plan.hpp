@@ -24,6 +24,7 @@ struct PlanFacts {
   std::vector<std::string> contour_files;  // full paths
   std::vector<std::string> hgt_folders;    // absolute; those that hold heights
   bool areas_poly_exists = false;
+  bool typ_is_in_place = false;  // the TYP of the settings is the one that lies in the output folder
 };
 
 struct BuildPlan {
@@ -39,6 +40,9 @@ struct BuildPlan {
 
 // True when the build of this input goes over splitter's tiles.
 bool builds_from_tiles(const Workspace& workspace);
+
+// Where the TYP of the settings lies or will lie when mkgmap reads it.
+std::string typ_in_output_folder(const Settings& settings);
 
 // Pure: the plan, or the message that stops the build.
 Result<BuildPlan> plan_build(const Workspace& workspace, const PlanFacts& facts);

@@ -21,7 +21,7 @@ constexpr int message_no_template = 144;
 constexpr int message_corrupt_template = 145;
 
 std::string split_file(const Workspace& workspace, std::string_view name) {
-  return platform::join(platform::absolute(workspace.settings.split_folder), name);
+  return platform::join(split_folder(workspace), name);
 }
 
 std::string read_tool_text(const std::string& path) { return decode_tool_text(read_whole_file(path)); }
@@ -91,6 +91,8 @@ PlanFacts gather_plan_facts(const Workspace& workspace) {
   facts.template_text = read_tool_text(split_file(workspace, template_name));
   gather_saved_selection(workspace, facts);
   facts.areas_poly_exists = file_has_content(split_file(workspace, areas_poly_name));
+  facts.typ_is_in_place = same_file(typ_in_output_folder(workspace.settings),
+                                    platform::absolute(std::string(trim(workspace.settings.typ))));
   if (workspace.settings.contours && builds_from_tiles(workspace))
     facts.contour_files = contour_files(workspace);
   for (const std::string& folder : searched_hgt_folders(workspace.settings)) {

@@ -1,8 +1,8 @@
 #include "pipeline/build_run.hpp"
 
 #include <algorithm>
-#include <array>
 
+#include "app/tool_words.hpp"
 #include "base/text.hpp"
 #include "pipeline/mkgmap_command.hpp"
 #include "platform/paths.hpp"
@@ -13,41 +13,6 @@ namespace {
 
 constexpr std::string_view error_mark = "parabola";
 constexpr std::size_t most_complaints = 12;
-// Level words of Java's logging in the languages that it is likely to run in.
-constexpr std::array<std::string_view, 4> level_words = {"SEVERE (", "SCHWERWIEGEND (", "GRAVE (", "GRAVE: "};
-// One such line per tile comes with the option that checks roundabouts; it is no failure.
-constexpr std::string_view harmless_level = "(RoundaboutCheck)";
-constexpr std::array<std::string_view, 2> counters = {"Number of MapFailedExceptions:",
-                                                      "Number of ExitExceptions:"};
-constexpr std::array<std::string_view, 10> words_of_failure = {
-    "Error",     "error:",  "Exception",     "Exiting",       "Could not",
-    "Unable to", "Invalid", "doesn't exist", "Out of memory", "Bad file format"};
-
-bool is_level_line(std::string_view line) {
-  return std::any_of(level_words.begin(), level_words.end(),
-                     [&](std::string_view word) { return line.starts_with(word); }) &&
-         !contains(line, harmless_level);
-}
-
-bool is_counter_above_zero(std::string_view line) {
-  return std::any_of(counters.begin(), counters.end(), [&](std::string_view counter) {
-    return line.starts_with(counter) && lenient_number(line.substr(counter.size())) > 0;
-  });
-}
-
-bool is_counter(std::string_view line) {
-  return std::any_of(counters.begin(), counters.end(),
-                     [&](std::string_view counter) { return line.starts_with(counter); });
-}
-
-bool is_stack_line(std::string_view line) { return trim(line).starts_with("at "); }
-
-bool names_a_failure(std::string_view line) {
-  if (is_stack_line(line) || contains(line, harmless_level)) return false;
-  if (is_counter(line)) return is_counter_above_zero(line);
-  return is_level_line(line) || std::any_of(words_of_failure.begin(), words_of_failure.end(),
-                                            [&](std::string_view word) { return contains(line, word); });
-}
 
 std::string all_text(const VisibleRunEnd& run) { return run.output + "\n" + run.error_text; }
 
@@ -71,7 +36,7 @@ void add_file_reasons(Judgement& judgement, const std::vector<ResultFile>& expec
 
 void add_tool_reasons(Judgement& judgement, const std::string& text, int exit_status) {
   const std::vector<std::string> tool = lines_that(
-      text, [](std::string_view line) { return is_level_line(line) || is_counter_above_zero(line); });
+      text, [](std::string_view line) { return is_level_line(line) || is_failure_counter_above_zero(line); });
   judgement.reasons.insert(judgement.reasons.end(), tool.begin(), tool.end());
   if (exit_status != 0) judgement.reasons.push_back("exit status " + std::to_string(exit_status));
   if (contains(text, error_mark)) judgement.reasons.emplace_back("a Java stack trace was printed");
@@ -87,8 +52,10 @@ Judgement judge_build(const std::vector<ResultFile>& expected, const VisibleRunE
   const std::size_t file_reasons = judgement.reasons.size();
   add_tool_reasons(judgement, all_text(run), run.exit_status);
   // mkgmap's own log holds the error mark in every line's class name, so only its level words count.
-  const std::vector<std::string> logged = lines_that(java_log, is_level_line);
-  judgement.reasons.insert(judgement.reasons.end(), logged.begin(), logged.end());
+  for (const std::string& line : lines_that(java_log, is_level_line)) {
+    const auto& known = judgement.reasons;
+    if (std::find(known.begin(), known.end(), line) == known.end()) judgement.reasons.push_back(line);
+  }
   if (judgement.reasons.size() > file_reasons && judgement.verdict == Verdict::good)
     judgement.verdict = Verdict::doubtful;
   return judgement;

@@ -47,6 +47,10 @@ std::optional<int> free_fid(int base, const std::string& registered, const std::
   return std::nullopt;
 }
 
+bool is_fid(std::string_view text) {
+  return is_digits(text) && lenient_number(text) > 0 && lenient_number(text) <= highest_fid;
+}
+
 void new_id(Workspace& workspace, Prompts& prompts) {
   if (workspace.settings.fid_locked) {
     prompts.tell("Please unlock FID", Icon::warning);
@@ -74,6 +78,10 @@ bool check_fid(Workspace& workspace, Prompts& prompts) {
     }
     new_id(workspace, prompts);
     if (lenient_number(settings.fid) == 0) return false;
+  }
+  if (!settings.fid.empty() && !is_fid(settings.fid)) {
+    prompts.tell(workspace.message(70), Icon::warning);
+    return false;
   }
   if (comma_list_holds(workspace.registered_fids, settings.fid)) {
     const std::string question =

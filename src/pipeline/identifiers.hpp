@@ -5,6 +5,7 @@
 #include <functional>
 #include <optional>
 #include <string>
+#include <string_view>
 
 #include "app/workspace.hpp"
 #include "base/prompts.hpp"
@@ -20,6 +21,9 @@ std::int16_t fid_candidate(double uniform, int base);
 // A random FID that is in neither list; nothing when every candidate is taken.
 std::optional<int> free_fid(int base, const std::string& registered, const std::string& avoided,
                             const std::function<double()>& uniform);
+
+// True for a whole number that mkgmap takes for a family ID.
+bool is_fid(std::string_view text);
 
 // Draws a new FID into the settings; a locked one is told and left alone.
 void new_id(Workspace& workspace, Prompts& prompts);

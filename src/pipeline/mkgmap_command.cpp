@@ -92,7 +92,13 @@ class CommandWriter {
     add(word("--keep-going"));
     add(word("--check-roundabouts"));
     add(option("--drive-on", m_settings.drive_on_left ? "left" : "right"));
-    if (m_settings.use_max_jobs) add(option("--max-jobs", std::to_string(m_settings.max_jobs)));
+    if (m_settings.use_max_jobs) max_jobs();
+  }
+
+  // Without a number mkgmap uses every core; 0 it does not take.
+  void max_jobs() {
+    const bool is_set = m_settings.max_jobs > 0;
+    add(is_set ? option("--max-jobs", std::to_string(m_settings.max_jobs)) : word("--max-jobs"));
   }
 
   void output() { add(quoted_option("--output-dir", m_settings.output_folder)); }

@@ -26,6 +26,7 @@ std::string_view last_bytes(std::string_view text, std::size_t size) {
 }  // namespace
 
 void RunText::add(std::string_view piece) {
+  m_total += piece.size();
   m_kept += piece;
   m_window += piece;
   // Cut now and then, not at every piece: moving the text costs as much as it is long.

@@ -23,6 +23,7 @@ class RunText {
   // What has come since the last call, behind the last bytes of what came before. To be called often: until
   // then it is all kept.
   const std::string& news();
+  [[nodiscard]] std::uint64_t total() const { return m_total; }
   // The last bytes of everything.
   [[nodiscard]] std::string kept() const;
 
@@ -31,6 +32,7 @@ class RunText {
   Utf8Pieces m_pieces;
   std::string m_kept;
   std::string m_window;
+  std::uint64_t m_total = 0;
   std::size_t m_seen = 0;  // bytes of the window that an earlier call has handed out
 };
 

@@ -104,10 +104,10 @@ class VisibleRun {
       read_slice(Clock::now() + slice_time);
       m_error_file.follow(slice_size);
       m_progress.process_events();
-      if (Clock::now() >= m_next_tick) tick();
+      if (Clock::now() >= m_next_tick) look_around();
       if (m_child.poll_exit()) return;
       m_end.cancelled = m_progress.stop_requested();
-      m_end.given_up = !m_end.cancelled && must_end();
+      m_end.given_up = !m_end.cancelled && (must_end() || !m_end.problem.empty());
       if (m_end.cancelled || m_end.given_up) return;
     }
   }
@@ -145,6 +145,11 @@ class VisibleRun {
     m_progress.elapsed(seconds());
     if (m_request.tick) m_request.tick();
     m_next_tick = Clock::now() + tick_time;
+  }
+
+  void look_around() {
+    tick();
+    if (m_request.obstacle) m_end.problem = m_request.obstacle(m_printed.total() + m_errors.total());
   }
 
   void clean_up() {

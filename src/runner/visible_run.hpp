@@ -2,6 +2,7 @@
 // group whose output comes back live through Progress::output (elsewhere). Its end is the end of its process.
 #pragma once
 
+#include <cstdint>
 #include <functional>
 #include <string>
 #include <utility>
@@ -22,17 +23,20 @@ struct VisibleRunRequest {
   std::function<void()> tick;  // called several times a second while the run lasts
   std::function<bool(const std::string&)>
       must_end;  // output so far shows that the run will never end by itself
+  // Asked several times a second, with the number of bytes printed so far: what else keeps the run from ever
+  // ending by itself; "" for nothing.
+  std::function<std::string(std::uint64_t)> obstacle;
 };
 
 struct VisibleRunEnd {
   bool started = false;
   bool cancelled = false;  // by the person
-  bool given_up = false;   // by must_end
+  bool given_up = false;   // by must_end or for an obstacle
   int exit_status = 0;
   double seconds = 0;
   std::string output;      // what the script printed (as far as this system lets it be captured)
   std::string error_text;  // content of the error file
-  std::string problem;     // why it could not be started
+  std::string problem;     // why it could not be started, or the obstacle
 };
 
 // Starts the script and waits for its end; a stop request ends the whole process group. Processes that the

@@ -113,4 +113,15 @@ TEST_CASE("a stop request ends the tool; a splitter out of memory is given up, w
     CHECK(end.given_up);
     CHECK(end.seconds < 60);
   }
+#ifdef __linux__
+  SUBCASE("no space left for the tiles") {
+    test.set_mode("hang");
+    test.workspace.settings.split_folder = "/proc";  // has no space, ever
+    test.script = "java -jar mkgmap.jar splitter.jar";
+    const VisibleRunEnd end = test.run();
+    CHECK(end.given_up);
+    CHECK(end.problem == "No space left: /proc");
+    CHECK(end.seconds < 60);
+  }
+#endif
 }

@@ -97,8 +97,11 @@ TEST_CASE("load rules") {
 }
 
 TEST_CASE("the memory setting is the number between Xmx and the next m") {
-  const std::pair<const char*, const char*> cases[] = {
-      {"-XX:+UseG1GC -Xmx1500m -ea", "1500"}, {"-Xmx2g", "2g"}, {"-ea", ""}};
+  const std::pair<const char*, const char*> cases[] = {{"-XX:+UseG1GC -Xmx1500m -ea", "1500"},
+                                                       {"-Xmx2g", "2g"},
+                                                       {" -ea", ""},
+                                                       {" 1500 ", "1500"},
+                                                       {"2g", "2g"}};
   for (const auto& [options, memory] : cases)
     CHECK(memory_of_java_options(options) == memory);
 }

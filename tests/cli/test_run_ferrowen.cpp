@@ -20,6 +20,9 @@ TEST_CASE("wrong usage ends with 2 and a reason on the error stream, help goes t
     CHECK_FALSE(result.error.empty());
     CHECK(result.output.empty());
   }
+  CHECK(run_cli(words("settings --yes bakup"))
+            .told(2, "Unknown command 'bakup'. Did you mean backup? 'ferrowen settings --help' lists"));
+  CHECK(run_cli(words("build --name --print")).told(2, "write --name=--print."));
   CHECK(run_cli({}).status == 2);
   CHECK(run_cli(words("build --no-such-option --json")).json().at("exit_status") == 2);
   CHECK(run_cli({"--version"}).output == std::string("ferrowen ") + version_text + "\n");
@@ -39,10 +42,11 @@ TEST_CASE("odd values and options for mkgmap that look like ours arrive as they 
   };
   const BuildArguments arguments =
       build({"build", "--option", "--unicode", "in.pbf", "--option=--x=y z", "--option", "--json", "--option",
-             "[a,b]", "--description", "", "--name", "-- 100% {x} \"y\""});
+             "[a,b]", "--description", "", "--name", "-- 100% {x} \"y\"", "--country=--print"});
   CHECK(arguments.options == Arguments{"--unicode", "--x=y z", "--json", "[a,b]"});
   CHECK(arguments.input == "in.pbf");
   CHECK(arguments.description == "");
+  CHECK(arguments.country == "--print");
   CHECK(arguments.name == "-- 100% {x} \"y\"");
   CHECK(build(words("build tiles")).input == "tiles");
   CHECK(build(words("build -- -x.pbf")).input == "-x.pbf");

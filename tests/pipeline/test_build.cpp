@@ -2,6 +2,8 @@
 
 #include <doctest/doctest.h>
 
+#include <filesystem>
+
 #include "base/files.hpp"
 #include "support/stand_in.hpp"
 
@@ -35,9 +37,23 @@ TEST_CASE("an input that needs no split is built as it is, with its TYP") {
   CHECK(made.workspace.built_files.size() == report.files.size());
 }
 
+#ifndef _WIN32
+TEST_CASE("a TYP that lies in the output folder under another name is used where it is") {
+  Made made;
+  const std::string bytes = std::string("\x5b\0GARMIN TYP", 12) + " mine";
+  made.home.write("out/My.TYP", bytes);
+  std::filesystem::create_directory_symlink(made.home / "out", made.home / "link");
+  made.set("use-typ=1; typ={home}/link/My.TYP");
+  CHECK(made.make().result == StageResult::done);
+  CHECK(contains(made.arguments(), made.home / "out/My.TYP"));
+  CHECK(read_whole_file(made.home / "out/My.TYP") == bytes);
+}
+#endif
+
 TEST_CASE("split, select, build: only the chosen tiles, under the chosen map ID") {
   Made made("two tiles & more");
   made.set("map-id=50000001");
+  made.workspace.settings.split_folder.clear();  // as a person may leave it in the settings window
   REQUIRE(made.make({true, {"13224386"}, false}).result == StageResult::done);
   CHECK(made.workspace.settings.last_split_input == made.workspace.settings.input);
   CHECK(file_exists(made.image("50000002")));
@@ -45,6 +61,11 @@ TEST_CASE("split, select, build: only the chosen tiles, under the chosen map ID"
   SUBCASE("tiles that are there already are not split again") {
     CHECK(made.make().stages.size() == 1);
     CHECK(file_exists(made.image("50000003")));
+  }
+  SUBCASE("a saved selection") {
+    REQUIRE(save_selection(made.workspace).ok());
+    CHECK(made.make({false, {}, true}).tiles == 1);
+    CHECK(contains(made.arguments(), made.home / "temp/templatenw.args"));
   }
   SUBCASE("another input does not get these tiles") {
     made.workspace.settings.input = made.home.write("other.osm", "<osm version='0.6'><node id='1'/></osm>\n");
@@ -88,5 +109,41 @@ TEST_CASE("complaints without a missing file fail the build but keep the map") {
     made.set_mode(mode);
     CHECK(made.make().result == StageResult::failed);
     CHECK(file_exists(made.image("13224385")));
+  }
+}
+
+TEST_CASE("a No to going on after a halt keeps a good map, and the older one when there is none") {
+  Made made;
+  made.set("description=uk.me.parabola");
+  made.home.write("out/13224385.img", "older image");
+  made.prompts.answers = {Answer::no};
+  bool good = true;
+  SUBCASE("good") {}
+  SUBCASE("failed") {
+    good = false;
+    made.set_mode("style-error");
+  }
+  const BuildReport report = made.make();
+  CHECK(report.result == StageResult::stopped);
+  CHECK(report.files.empty() != good);
+  CHECK(made.prompts.asks() == std::vector<std::string>{"Run halted. Continue?"});
+  CHECK(made.prompts.tells().empty() == good);
+  CHECK(read_whole_file(made.image("13224385")) == (good ? "image 13224385" : "older image"));
+  CHECK(list_files(made.home / "out", {".before"}).empty());
+}
+
+TEST_CASE("an own script makes a device image when it says so, whatever the settings say") {
+  for (const bool image : {false, true}) {
+    CAPTURE(image);
+    Made made;
+    made.home.write("mine.args", "mapname: 63240001\n");
+    made.home.write("myscript.txt", std::string("java -jar mkgmap.jar --output-dir=out -c mine.args") +
+                                        (image ? " --gmapsupp" : " --mapname=63240001"));
+    made.set(image ? "own-script=1; gmapsupp=0; register=1" : "own-script=1; gmapsupp=1");
+    made.prompts.answers = {Answer::yes};
+    const BuildReport report = made.make();
+    CHECK(report.result == StageResult::done);
+    REQUIRE(report.files.size() == 1);
+    CHECK(platform::name_of(report.files[0].path) == (image ? "gmapsupp.img" : "63240001.img"));
   }
 }

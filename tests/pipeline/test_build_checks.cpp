@@ -49,9 +49,13 @@ TEST_CASE("each check stops the build with its message") {
       {"mkgmap=", "Please locate mkgmap.jar in Settings"},
       {"mkgmap=/no/mkgmap.jar", "Please locate:'\r\n/no/mkgmap.jar'"},
       {"java-options=-Xmx2g", ""},
+      {"java-options=2g", "The memory for Java, '2g', is not a number of megabytes."},
       {"input=/no/map.pbf", "main file does not exist. Click 'Check Last Splitter Files' ."},
       {"input=", "Please Add OSM file."},
       {"fid=0; fid-locked=1", "FID can't be 0 . Please unlock FID"},
+      {"fid=12ab", "Please enter Family ID or click GREEN 'new' button."},
+      {"fid=1.5", "Please enter Family ID or click GREEN 'new' button."},
+      {"fid=70000; fid-locked=1", "Please enter Family ID or click GREEN 'new' button."},
       {"contours=1", "Can't find coordinates for contours. Click Split Map."},
       {"contours=1; clip-contours=1; clip-folder-1=/no/clip", "Clip folder (/no/clip) does not exist."},
   };

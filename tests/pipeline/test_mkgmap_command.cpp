@@ -77,6 +77,7 @@ TEST_CASE("options follow their settings, and the free options may take somethin
       {"style=default", "", "--remove-short-arcs --generate-sea", "--style"},
       {"java-options=-Xmx800m -Xss2m", "", "java -Xmx800m -ea -jar", "1500"},
       {"use-max-jobs=0", "", "--drive-on=right --output-dir", "max-jobs"},
+      {"max-jobs=0", "", "--max-jobs --output-dir", "max-jobs="},
       {"overview-name= ", "", "\"My Map\" --remove-short-arcs", "overview"},
       {"fid=7", "#--precomp-sea=sea.zip", "multipolygon,extend-sea-sectors,close-gaps", "sea.zip"},
       {"fid=7", "--precomp-sea-x=1", "multipolygon,extend-sea-sectors,close-gaps", "sea.zip"},

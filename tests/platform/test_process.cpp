@@ -158,5 +158,7 @@ TEST_CASE("a program is looked for where the child will be") {
   ProcessRequest request = request_for(name, {"exit", "5"});
   request.environment = {{"PATH", folder.path()}};
   CHECK(run(request).status == 5);
+  request.environment = {{"PATH", folder / "none"}, {"PATH", folder.path()}};
+  CHECK(run(request).status == 5);
   CHECK(run(request_for(join(".", name), {"exit", "5"}, folder.path())).status == 5);
 }

@@ -104,6 +104,18 @@ TEST_CASE("a hopeless text of two pieces ends the script and all that it has sta
   CHECK(read_whole_file(test.folder / "dos.txt") == end.error_text);
 }
 
+TEST_CASE("an obstacle ends the script and is told") {
+  Run test;
+  test.request.error_file = "dos.txt";
+  test.request.obstacle = [](std::uint64_t printed) { return printed >= 16 ? "in the way" : ""; };
+  test.call("pieces 100 200", " >dos.txt");
+  const VisibleRunEnd end = test.run();
+  CHECK(end.given_up);
+  CHECK(end.problem == "in the way");
+  CHECK(end.error_text.size() >= 16);
+  CHECK(end.seconds < 15);
+}
+
 #ifndef _WIN32
 TEST_CASE("output comes live, in whole characters, and is kept and searched up to a limit") {
   Run test;

@@ -88,6 +88,7 @@ TEST_CASE("a good split replaces the old one") {
   Stage stage;
   stage.make_old_split();
   stage.home.write("temp/node1.tmp", "");
+  stage.home.write("temp/relief.tmp", "not the splitter's");
   Settings& settings = stage.workspace.settings;
   settings.max_nodes = "99999";
   settings.max_areas = "256";
@@ -95,7 +96,7 @@ TEST_CASE("a good split replaces the old one") {
   CHECK(stage.prompts.tells() ==
         Texts{"max nodes too small. Reset to 800,000", "max areas too high. Reset to 255"});
   CHECK(stage.names() == Texts{"13224385.o5m", "13224386.o5m", "13224387.o5m", "areas.list", "areas.poly",
-                               "mine.pbf", "template.args"});
+                               "mine.pbf", "relief.tmp", "template.args"});
   CHECK(stage.progress.statuses.back() == "3 mapfiles");
   CHECK(stage.workspace.tiles.front().description == "Tile 13224385");
   CHECK(stage.workspace.split_state == SplitState::no_need_to_split);
@@ -130,7 +131,7 @@ TEST_CASE("a failed split leaves the old one as it was and says why") {
         "and Java.";
   }
   SUBCASE("an empty tile") { stage.set_mode("empty-tile"); }
-  SUBCASE("temporary files are left") { stage.written_meanwhile = {{"way.tmp", ""}}; }
+  SUBCASE("temporary files are left") { stage.written_meanwhile = {{"way1.tmp", ""}}; }
   SUBCASE("nothing where it should be") {
     stage.workspace.settings.splitter_options = "--output-dir=elsewhere";
     SUBCASE("at all") {}

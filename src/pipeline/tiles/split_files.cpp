@@ -27,9 +27,18 @@ void note(Status& first, const Status& next) {
   if (first.ok()) first = next;
 }
 
+// "node1320130554289616341.tmp". Others may keep files with this ending too.
 bool is_splitters_temporary(std::string_view name) {
-  return std::any_of(temporary_names.begin(), temporary_names.end(),
-                     [&](std::string_view start) { return name.starts_with(start); });
+  name.remove_suffix(temporary_ending.size());
+  return std::any_of(temporary_names.begin(), temporary_names.end(), [&](std::string_view start) {
+    return name.starts_with(start) && is_digits(name.substr(start.size()));
+  });
+}
+
+std::vector<std::string> temporary_files(const std::string& folder) {
+  std::vector<std::string> names = list_files(folder, {std::string(temporary_ending)});
+  std::erase_if(names, [](const std::string& name) { return !is_splitters_temporary(name); });
+  return names;
 }
 
 bool says_nothing(std::string_view line) {
@@ -84,11 +93,12 @@ std::vector<std::string> split_file_names(const std::string& folder) {
   return names;
 }
 
+bool has_temporary_files(const std::string& folder) { return !temporary_files(folder).empty(); }
+
 Status SplitFiles::remove_temporary_files() const {
   Status first;
-  for (const std::string& name : list_files(m_folder, {std::string(temporary_ending)})) {
-    if (is_splitters_temporary(name)) note(first, remove_file(platform::join(m_folder, name)));
-  }
+  for (const std::string& name : temporary_files(m_folder))
+    note(first, remove_file(platform::join(m_folder, name)));
   return first;
 }
 

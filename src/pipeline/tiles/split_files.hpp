@@ -16,6 +16,9 @@ bool is_tile_name(std::string_view name);
 // The names of the splitter's tiles and lists that lie in a folder.
 std::vector<std::string> split_file_names(const std::string& folder);
 
+// True when files that the splitter makes for the time of its work lie in a folder.
+bool has_temporary_files(const std::string& folder);
+
 // Keeps the old tiles and lists of a folder until it is known whether the new ones are good. When neither
 // accept() nor bring_back() is called, the old files come back over the new ones.
 class SplitFiles {

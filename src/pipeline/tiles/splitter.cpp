@@ -63,7 +63,7 @@ bool java_is_there(const Settings& settings) {
 bool is_in_the_way(const Workspace& workspace) {
   const std::string input = platform::absolute(workspace.settings.input);
   return is_tile_name(platform::name_of(input)) &&
-         same_folder(platform::folder_of(input), split_folder(workspace));
+         same_file(platform::folder_of(input), split_folder(workspace));
 }
 
 bool may_run(const Workspace& workspace, Prompts& prompts) {
@@ -121,12 +121,13 @@ bool split_is_good(const Workspace& workspace, const VisibleRunEnd& end) {
   const std::string folder = split_folder(workspace);
   const bool ended_well = !end.given_up && end.exit_status == 0 && !contains(end.error_text, out_of_memory) &&
                           !contains(end.output, out_of_memory);
-  return ended_well && count_tiles(folder).complete() && list_files(folder, {".tmp"}).empty();
+  return ended_well && count_tiles(folder).complete() && !has_temporary_files(folder);
 }
 
 std::string failure_text(const Workspace& workspace, const VisibleRunEnd& end) {
   std::string text = workspace.message(message_no_files);
-  if (const std::string told = explanation(end.error_text, end.output); !told.empty()) text += "\r\n" + told;
+  const std::string told = end.problem.empty() ? explanation(end.error_text, end.output) : end.problem;
+  if (!told.empty()) text += "\r\n" + told;
   if (contains(end.error_text + end.output, out_of_memory))
     text += "\r\nPlease give Java more memory: Settings, " + settings_page() + ".";
   return text;

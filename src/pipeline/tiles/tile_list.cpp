@@ -51,6 +51,11 @@ bool is_newer(double input_time, const AreasList& areas, double list_time) {
   return areas.generated ? std::floor(input_time) > *areas.generated : input_time > list_time;
 }
 
+// A list of comments alone says nothing of where the tiles lie.
+bool lists_areas(const Workspace& workspace) {
+  return !parse_areas_list(split_text(workspace, areas_list_name)).areas.empty();
+}
+
 double span(const TileList& tiles, double Corner::*axis) {
   double lowest = tiles.front().lower_left.*axis;
   double highest = tiles.front().upper_right.*axis;
@@ -110,11 +115,6 @@ TileList joined(const AreasList& areas, std::string_view template_text) {
 
 }  // namespace
 
-std::string split_folder(const Workspace& workspace) {
-  const std::string& folder = workspace.settings.split_folder;
-  return trim(folder).empty() ? workspace.path("temp") : platform::absolute(folder);
-}
-
 const std::vector<std::string>& tile_endings() {
   static const std::vector<std::string> endings = {".pbf", ".o5m", ".osm.gz"};
   return endings;
@@ -151,7 +151,7 @@ SplitState input_state(const Workspace& workspace) {
 }
 
 bool is_already_split(const Workspace& workspace) {
-  return is_last_split_input(workspace.settings) && file_exists(split_file(workspace, areas_list_name)) &&
+  return is_last_split_input(workspace.settings) && lists_areas(workspace) &&
          count_tiles(split_folder(workspace)).complete() &&
          chksplit_date(workspace) == SplitState::no_need_to_split;
 }

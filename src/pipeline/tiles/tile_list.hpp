@@ -15,8 +15,6 @@ inline constexpr const char* areas_list_name = "areas.list";
 inline constexpr const char* areas_poly_name = "areas.poly";
 inline constexpr const char* template_name = "template.args";
 
-// The split output folder: that of the settings, or "temp" in the program folder when none is set.
-std::string split_folder(const Workspace& workspace);
 // Endings of the names that the splitter gives to tiles.
 const std::vector<std::string>& tile_endings();
 

@@ -60,9 +60,11 @@ Command batch_command(const std::string& path, const ProcessRequest& request) {
 }
 
 std::string search_path_of(const ProcessRequest& request) {
-  for (const auto& [name, value] : request.environment)
-    if (_stricmp(name.c_str(), "PATH") == 0) return value;
-  return environment("PATH").value_or("");
+  // Of several entries the last holds, as in the child's environment.
+  const auto found =
+      std::find_if(request.environment.rbegin(), request.environment.rend(),
+                   [](const auto& change) { return _stricmp(change.first.c_str(), "PATH") == 0; });
+  return found == request.environment.rend() ? environment("PATH").value_or("") : found->second;
 }
 
 bool holds_nul(const ProcessRequest& request) {

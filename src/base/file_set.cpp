@@ -1,0 +1,139 @@
+#include "base/file_set.hpp"
+
+#include <algorithm>
+#include <filesystem>
+#include <iterator>
+#include <optional>
+#include <system_error>
+
+#include "base/files.hpp"
+#include "base/text.hpp"
+#include "platform/files.hpp"
+#include "platform/paths.hpp"
+
+namespace ferrowen {
+
+namespace fs = std::filesystem;
+using platform::file_system_path;
+
+namespace {
+
+constexpr std::uint64_t megabyte = 1024ULL * 1024;
+constexpr std::string_view unfinished_ending = ".unfinished";
+
+std::string native_name(const std::string& name) {
+  return platform::separator == '/' ? name : replace_all(name, "/", "\\");
+}
+
+// A folder that holds nothing but what this copy puts into it, and is gone with it when it fails.
+class UnfinishedFolder {
+ public:
+  explicit UnfinishedFolder(const std::string& folder) : m_path(free_name(folder)) {}
+  ~UnfinishedFolder() { remove(); }
+  UnfinishedFolder(const UnfinishedFolder&) = delete;
+  UnfinishedFolder& operator=(const UnfinishedFolder&) = delete;
+
+  Status make() { return make_part(m_path); }
+
+  Status take(const FileToCopy& file) {
+    const std::string target = platform::join(m_path, native_name(file.name));
+    if (Status made = make_part(platform::folder_of(target)); !made.ok()) return made;
+    m_files.push_back(target);
+    if (Status copied = copy_file(file.from, target); !copied.ok()) return copied;
+    if (file_size(target) == file_size(file.from)) return {};
+    return {target + ": the copy has not the size of " + file.from};
+  }
+
+  // One step when the folder is new; else file by file, each in one step.
+  Status put_in_place(const std::vector<FileToCopy>& files, const std::string& folder) {
+    if (!file_exists(folder)) return rename_file(m_path, folder);
+    for (const FileToCopy& file : files) {
+      const std::string target = platform::join(folder, native_name(file.name));
+      if (Status made = make_folder(platform::folder_of(target)); !made.ok()) return made;
+      const std::string source = platform::join(m_path, native_name(file.name));
+      if (Status moved = rename_file(source, target); !moved.ok()) return moved;
+    }
+    return {};
+  }
+
+ private:
+  // What a run that was killed has left may be somebody's: it is gone around, never deleted.
+  static std::string free_name(const std::string& folder) {
+    std::string name = folder + std::string(unfinished_ending);
+    for (int number = 2; file_exists(name); ++number)
+      name = folder + std::string(unfinished_ending) + std::to_string(number);
+    return name;
+  }
+
+  Status make_part(const std::string& folder) {
+    std::vector<std::string> missing;
+    // A drive that is not there is above itself.
+    for (std::string part = folder; !file_exists(part) && part != platform::folder_of(part);
+         part = platform::folder_of(part))
+      missing.push_back(part);
+    if (Status made = make_folder(folder); !made.ok()) return made;
+    const auto is_own = [&](const std::string& part) { return part.starts_with(m_path); };
+    std::copy_if(missing.rbegin(), missing.rend(), std::back_inserter(m_folders), is_own);
+    return {};
+  }
+
+  void remove() {
+    std::error_code ignored;
+    for (const std::string& file : m_files)
+      fs::remove(file_system_path(file), ignored);
+    std::for_each(m_folders.rbegin(), m_folders.rend(),
+                  [&](const std::string& folder) { fs::remove(file_system_path(folder), ignored); });
+  }
+
+  std::string m_path;
+  std::vector<std::string> m_folders;  // in the order in which they were made
+  std::vector<std::string> m_files;
+};
+
+Status check_space(std::uint64_t wanted, const std::string& folder) {
+  const std::optional<std::uint64_t> free = platform::free_space(folder);
+  if (!free || *free > wanted) return {};
+  return {folder + ": not enough space, " + std::to_string(wanted / megabyte + 1) + " MB are needed and " +
+          std::to_string(*free / megabyte) + " MB are free"};
+}
+
+// A file in the place of a folder, or a folder in the place of a file, must not be found half-way.
+Status check_targets(const std::vector<FileToCopy>& files, const std::string& folder) {
+  if (file_exists(folder) && !folder_exists(folder)) return {folder + ": a file of this name is in the way"};
+  for (const FileToCopy& file : files) {
+    const std::string target = platform::join(folder, native_name(file.name));
+    if (folder_exists(target)) return {target + ": a folder of this name is in the way"};
+  }
+  return {};
+}
+
+}  // namespace
+
+std::uint64_t total_size(const std::vector<FileToCopy>& files) {
+  std::uint64_t bytes = 0;
+  for (const FileToCopy& file : files)
+    bytes += file_size(file.from);
+  return bytes;
+}
+
+Status copy_file_set(const std::vector<FileToCopy>& files, const std::string& target_folder,
+                     const CopyProgress& progress, const std::string& stopped) {
+  // Without a separator at its end, which would make the neighbour a child.
+  const std::string folder = platform::folder_of(platform::join(target_folder, "x"));
+  const std::uint64_t all_bytes = total_size(files);
+  if (Status free = check_targets(files, folder); !free.ok()) return free;
+  if (Status enough = check_space(all_bytes, folder); !enough.ok()) return enough;
+  UnfinishedFolder unfinished(folder);
+  if (Status made = unfinished.make(); !made.ok()) return made;
+  std::uint64_t done = 0;
+  for (const FileToCopy& file : files) {
+    if (progress &&
+        !progress(all_bytes == 0 ? 0 : static_cast<double>(done) / static_cast<double>(all_bytes)))
+      return {stopped};
+    if (Status taken = unfinished.take(file); !taken.ok()) return taken;
+    done += file_size(file.from);
+  }
+  return unfinished.put_in_place(files, folder);
+}
+
+}  // namespace ferrowen
