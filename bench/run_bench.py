@@ -1,5 +1,5 @@
 #!/usr/bin/env python3
-"""Benchmarks of the command line: each figure beside a peer, measured in one run.
+"""Benchmarks of both programs: each figure beside a peer, measured in one run.
 
 Usage: run_bench.py BUILD_FOLDER [MAP] [PAIRS]
 BUILD_FOLDER is a release build; MAP defaults to the sample map, PAIRS of builds to 7.
@@ -75,6 +75,28 @@ def settings_load(build):
     print(f"{'median milliseconds':34}{loading:12.4f}{reading:14.4f}{loading / reading:8.1f}")
 
 
+def window(build):
+    """The window program on Qt's offscreen platform; skipped where it was not built."""
+    program = build / "bin" / "bench-window"
+    if not program.exists():
+        print("the window program was not built")
+        return
+    environment = {**os.environ, "QT_QPA_PLATFORM": "offscreen"}
+    ours = statistics.median(wall([str(program), "first-paint"], env=environment) for _ in range(11))
+    peer = statistics.median(wall([str(program), "bare"], env=environment) for _ in range(11))
+    print(f"{'process to first paint':34}{'main window':>12}{'empty window':>14}{'ratio':>8}")
+    print(f"{'median milliseconds':34}{ours * 1000:12.1f}{peer * 1000:14.1f}{ours / peer:8.2f}")
+
+    def report(what):
+        output = subprocess.run([str(program), what], check=True, capture_output=True, text=True, env=environment)
+        return json.loads(output.stdout)
+
+    tiles, output = report("tiles"), report("output")
+    print(f"{str(tiles['tiles']) + ' tiles: load, draw, longest pause':34}{tiles['load_ms']:9.1f} ms"
+          f"{tiles['draw_ms']:11.1f} ms{tiles['pause_ms']:9.1f} ms")
+    print(f"{'10 MB of output: longest pause':34}{output['pause_ms']:9.1f} ms{output['seconds']:12.2f} s")
+
+
 def main():
     build = pathlib.Path(sys.argv[1]).resolve()
     program = build / "bin" / "ferrowen"
@@ -84,6 +106,8 @@ def main():
     start_time(program)
     print()
     settings_load(build)
+    print()
+    window(build)
     print()
     whole_build(program, source, pairs)
 

@@ -1,0 +1,215 @@
+#include "ui/f1.hpp"
+
+#include <QCloseEvent>
+#include <QDir>
+#include <QDragEnterEvent>
+#include <QDropEvent>
+#include <QMenuBar>
+#include <QMimeData>
+#include <QSignalBlocker>
+#include <QUrl>
+#include <ctime>
+
+#include "app/coastline.hpp"
+#include "app/settings_file.hpp"
+#include "app/start_up.hpp"
+#include "app/style_backup.hpp"
+#include "base/files.hpp"
+#include "pipeline/tiles/tile_list.hpp"
+#include "platform/paths.hpp"
+#include "ui/qt_text.hpp"
+#include "ui/text_window.hpp"
+#include "ui/window_layout.hpp"
+
+namespace ferrowen::ui {
+
+namespace {
+
+constexpr QSize first_size(1180, 760);
+constexpr QSize least_size(820, 540);
+const QColor built_colour(220, 251, 125);  // a map that is built and not registered
+
+}  // namespace
+
+f1::f1(Workspace& workspace, Prompts* prompts)
+    : m_workspace(workspace),
+      m_binder(workspace.texts),
+      m_own_prompts(this, workspace.texts),
+      m_prompts(prompts != nullptr ? prompts : &m_own_prompts) {
+  setObjectName(QStringLiteral("f1"));
+  setAcceptDrops(true);
+  setMinimumSize(least_size);
+  make_panels();
+  m_progress.emplace(WindowProgress::Controls{m_bar, m_elapsed, m_status, m_console, m_command});
+  make_menus();
+  m_own_prompts.details = [this] { return details(); };
+  m_own_prompts.file_viewer = [this](const QString& path) { view_text(path); };
+  connect(m_tools_page, &ToolsPage::check_requested, this,
+          [this] { run_stage([this] { m_tools_page->look_again(*m_progress); }); });
+  connect(m_tools_page, &ToolsPage::settings_requested, this, [this] { show_settings_window(Page::tools); });
+  connect(m_tools_page, &ToolsPage::sample_requested, this, [this] {
+    m_stack->setCurrentIndex(0);
+    open_input(to_qt(m_workspace.path(file_name::sample_map)));
+  });
+  connect(m_tools_page, &ToolsPage::closed, this, [this] { m_stack->setCurrentIndex(0); });
+  m_plot->add_layer(std::make_unique<GridLayer>());
+  show_record();
+  resize(first_size);
+  restore_layout();
+  apply_texts();
+}
+
+f1::~f1() = default;
+
+void f1::apply_texts() {
+  m_binder.apply();
+  show_state();
+  show_selection();
+  m_plot->set_empty_text(m_binder.text(Section::labels, "no_tiles"));
+  assign_mnemonics(*centralWidget(), assign_mnemonics(menuBar()->actions()));
+}
+
+// Everything here may take a while: the window is already seen, and stays alive.
+void f1::first_activation() {
+  m_plot->add_layer(std::make_unique<CoastLayer>(load_coastline()));
+  run_stage([this] {
+    reload_tiles();
+    query_java();
+    const AfterStartUp next = check_main_path(m_workspace, *m_prompts);
+    if (next == AfterStartUp::offer_restore) restored(restore_settings(m_workspace, *m_prompts));
+    if (next == AfterStartUp::open_settings) show_settings_window(Page::tools);
+    if (!essential_tools_present(m_workspace)) {
+      m_stack->setCurrentWidget(m_tools_page);
+      m_tools_page->look_again(*m_progress);
+    }
+    const std::string reminder = style_backup_reminder(m_workspace, std::time(nullptr));
+    if (!reminder.empty()) m_status->setText(shown_text(reminder));
+  });
+}
+
+void f1::show_record() {
+  show_styles();
+  m_form->show(m_workspace.settings);
+  m_typ->setEnabled(m_workspace.settings.use_typ);
+  m_java_label->setText(to_qt(java_label(m_workspace.java_version)));
+  const QString name = to_qt(platform::name_of(m_workspace.settings.input));
+  setWindowTitle(name.isEmpty() ? QStringLiteral("Ferrowen") : name + QStringLiteral(" – Ferrowen"));
+  show_state();
+  show_built_name();
+}
+
+bool f1::take_settings() {
+  const Status taken = m_form->take(m_workspace.settings);
+  if (!taken.ok()) m_prompts->tell(taken.error, Icon::warning);
+  show_built_name();
+  return taken.ok();
+}
+
+void f1::show_state() {
+  const std::optional<StateDisplay> display = state_display(m_workspace.split_state, m_workspace.messages);
+  if (!display) return;
+  const QColor colour(display->colour.red, display->colour.green, display->colour.blue);
+  QString text = to_qt(display->text);
+  if (m_workspace.split_state == SplitState::input_missing) text += to_qt(m_workspace.settings.input);
+  m_state->setText(text);
+  m_state->setWordWrap(true);
+  // The colour is the ground and the writing is black or white, so that every state can be read.
+  const bool bright = qGray(colour.rgb()) > 110;
+  m_state->setStyleSheet(
+      QStringLiteral("QLabel { background-color: %1; color: %2; padding: 3px; border-radius: 3px; }")
+          .arg(colour.name(), bright ? QStringLiteral("black") : QStringLiteral("white")));
+  m_state->setVisible(!text.isEmpty());
+}
+
+void f1::show_tiles(bool fit) {
+  m_plot->set_tiles(m_workspace.tiles, fit);
+  if (!m_workspace.tiles.empty()) m_stack->setCurrentIndex(0);
+  show_selection();
+}
+
+void f1::show_selection() { m_tiles_label->setText(to_qt(tile_list_label(m_workspace.tiles))); }
+
+void f1::take_selection() {
+  // A run works on the selection that it began with.
+  if (m_busy) {
+    m_plot->set_tiles(m_workspace.tiles, false);
+    return;
+  }
+  m_workspace.tiles = m_plot->tiles();
+  m_workspace.saved_selection = false;
+  show_selection();
+}
+
+void f1::show_styles() {
+  const QSignalBlocker quiet(m_styles);
+  m_styles->clear();
+  m_styles->addItem(QStringLiteral("default"));
+  for (const std::string& name : style_names(m_workspace.settings)) {
+    if (name != "default") m_styles->addItem(to_qt(name));
+  }
+  // A style that is gone stays the choice, so that the check before the build can name it.
+  const QString chosen = to_qt(m_workspace.settings.style);
+  if (m_styles->findText(chosen) < 0 && !chosen.isEmpty()) m_styles->addItem(chosen);
+  m_styles->setCurrentText(chosen);
+}
+
+void f1::show_built_name() {
+  auto* name = qobject_cast<QLineEdit*>(m_form->control("map-name"));
+  const bool built = !m_built_name.isEmpty() && name->text() == m_built_name;
+  name->setStyleSheet(
+      built ? QStringLiteral("QLineEdit { background-color: %1; color: black; }").arg(built_colour.name())
+            : QString());
+}
+
+void f1::restore_layout() {
+  const WindowLayout layout(m_workspace.settings);
+  restoreGeometry(layout.value(QStringLiteral("f1")));
+  m_columns->restoreState(layout.value(QStringLiteral("f1.columns")));
+  m_rows->restoreState(layout.value(QStringLiteral("f1.rows")));
+}
+
+void f1::keep_layout() {
+  WindowLayout layout(m_workspace.settings);
+  layout.set(QStringLiteral("f1"), saveGeometry());
+  layout.set(QStringLiteral("f1.columns"), m_columns->saveState());
+  layout.set(QStringLiteral("f1.rows"), m_rows->saveState());
+  layout.store(m_workspace.settings);
+}
+
+void f1::closeEvent(QCloseEvent* event) {
+  if (m_busy) {
+    event->ignore();
+    if (m_close_when_done) return;
+    const std::string question = from_qt(m_binder.text(Section::labels, "close_during_run"));
+    if (m_prompts->ask(question, Buttons::yes_no, Icon::warning) != Answer::yes) return;
+    if (!m_busy) return event->accept();
+    m_close_when_done = true;
+    m_progress->request_stop();
+    return;
+  }
+  take_settings();
+  keep_layout();
+  const Status saved = m_can_save ? save_on_exit(m_workspace) : Status{};
+  if (!saved.ok()) m_prompts->tell(saved.error, Icon::critical);
+  event->accept();
+}
+
+void f1::end_program() {
+  m_close_when_done = true;
+  m_progress->request_stop();
+  if (!m_busy) close();
+}
+
+void f1::dragEnterEvent(QDragEnterEvent* event) {
+  if (!m_busy && event->mimeData()->hasUrls()) event->acceptProposedAction();
+}
+
+void f1::dropEvent(QDropEvent* event) {
+  for (const QUrl& url : event->mimeData()->urls()) {
+    if (!url.isLocalFile()) continue;
+    open_input(QDir::toNativeSeparators(url.toLocalFile()));
+    return;
+  }
+}
+
+}  // namespace ferrowen::ui

@@ -1,0 +1,300 @@
+// What the main window's buttons and menu entries do: collect, call a stage, show.
+#include <QApplication>
+#include <QScopeGuard>
+#include <ctime>
+
+#include "app/language_file.hpp"
+#include "app/recent_files.hpp"
+#include "app/settings_file.hpp"
+#include "app/start_up.hpp"
+#include "app/tool_query.hpp"
+#include "base/files.hpp"
+#include "base/text.hpp"
+#include "pipeline/build.hpp"
+#include "pipeline/identifiers.hpp"
+#include "pipeline/previous_map.hpp"
+#include "pipeline/tiles/tile_list.hpp"
+#include "platform/desktop.hpp"
+#include "platform/paths.hpp"
+#include "ui/f1.hpp"
+#include "ui/guide_window.hpp"
+#include "ui/option_editor.hpp"
+#include "ui/qt_text.hpp"
+#include "ui/settings.hpp"
+#include "ui/text_window.hpp"
+
+namespace ferrowen::ui {
+
+namespace {
+
+constexpr std::size_t detail_bytes = 20000;  // of each file behind "Details"
+
+std::string tail(const std::string& text) {
+  if (text.size() <= detail_bytes) return text;
+  return "[...]" + text.substr(text.find('\n', text.size() - detail_bytes));
+}
+
+bool is_script(const QString& path) { return path.endsWith(QStringLiteral(".auto"), Qt::CaseInsensitive); }
+
+}  // namespace
+
+// One stage at a time: the stages pump the events themselves, so a second one could otherwise begin inside
+// the first.
+void f1::run_stage(const Work& work) {
+  if (m_busy) return;
+  set_busy(true);
+  m_progress->clear_stop();
+  work();
+  m_console->flush();
+  set_busy(false);
+  Q_EMIT work_ended();
+  if (m_close_when_done) QMetaObject::invokeMethod(this, &QWidget::close, Qt::QueuedConnection);
+}
+
+void f1::set_busy(bool busy) {
+  m_busy = busy;
+  for (QWidget* widget : m_idle_only)
+    widget->setEnabled(!busy);
+  for (QAction* action : m_idle_only_actions)
+    action->setEnabled(!busy);
+  m_stop->setEnabled(busy);
+}
+
+void f1::choose_input() {
+  m_input->set_title(m_binder.text(Section::commands, "choose_input"));
+  m_input->browse();
+}
+
+void f1::input_edited() {
+  if (m_busy) return;
+  open_input(m_input->text());
+}
+
+void f1::open_input(const QString& path) {
+  if (m_busy) return;
+  if (is_script(path)) {
+    m_prompts->tell(m_workspace.message(156));
+    m_input->set_text(to_qt(m_workspace.settings.input));
+    return;
+  }
+  if (!take_settings()) return;
+  m_workspace.settings.input = trim(from_qt(path));
+  if (file_exists(m_workspace.settings.input))
+    add_recent_file(m_workspace.settings, m_workspace.settings.input);
+  m_built_name.clear();
+  reload_tiles();
+  show_record();
+}
+
+// The tiles in the split output folder are shown when they were made from this input.
+void f1::reload_tiles() {
+  m_workspace.tiles.clear();
+  m_workspace.saved_selection = false;
+  m_workspace.split_state = input_state(m_workspace);
+  if (is_already_split(m_workspace)) set_splitterfiles(m_workspace, *m_prompts);
+  show_state();
+  show_tiles(true);
+}
+
+void f1::split_map() {
+  if (!take_settings()) return;
+  run_stage([this] {
+    m_progress->begin();
+    m_command->clear();
+    m_tabs->setCurrentWidget(m_console);
+    const StageResult result = start_split(m_workspace, *m_prompts, *m_progress);
+    show_record();
+    show_tiles(result == StageResult::done);
+    if (result == StageResult::cancelled) m_status->setText(to_qt(m_workspace.message(148)));
+    save_now();
+  });
+}
+
+void f1::create_map() {
+  if (!take_settings()) return;
+  run_stage([this] {
+    m_progress->begin();
+    m_tabs->setCurrentWidget(m_console);
+    m_open_folder->setVisible(false);
+    m_console->clear_all();
+    const BuildReport report = create_map_stage();
+    show_record();
+    if (report.result == StageResult::cancelled) m_status->setText(to_qt(m_workspace.message(148)));
+    save_now();
+  });
+}
+
+BuildReport f1::create_map_stage() {
+  BuildReport report = ferrowen::create_map(m_workspace, *m_prompts, *m_progress, BuildServices{});
+  if (report.result != StageResult::done) return report;
+  m_built_name = to_qt(m_workspace.settings.map_name);
+  m_progress->fraction(1);
+  m_open_folder->setVisible(true);
+  if (const Status kept = remember_built_files(m_workspace); !kept.ok())
+    m_prompts->tell(kept.error, Icon::warning);
+  std::string text = m_workspace.message(96) + ":";
+  for (const MadeFile& file : report.files)
+    text += "\r\n" + file.path;
+  m_console->add("\r\n" + text + "\r\n");
+  m_status->setText(m_status->text() + QLatin1Char('\n') + to_qt(m_workspace.message(96)) + QLatin1Char(' ') +
+                    QString::number(report.files.size()));
+  return report;
+}
+
+void f1::draw_fid() {
+  if (!take_settings()) return;
+  new_id(m_workspace, *m_prompts);
+  show_record();
+}
+
+void f1::load_selection() {
+  const std::string path = platform::join(split_folder(m_workspace), "templatesel.args");
+  const Status loaded = loadarg(m_workspace, path);
+  if (!loaded.ok()) return m_prompts->tell(loaded.error, Icon::warning);
+  m_workspace.saved_selection = true;
+  show_tiles(false);
+}
+
+void f1::save_arguments() {
+  if (!take_settings()) return;
+  BuildRequest request;
+  for (const Tile& tile : m_workspace.tiles) {
+    if (tile.selected) request.tiles.push_back(tile.number);
+  }
+  const Result<std::string> saved = ferrowen::save_arguments(m_workspace, *m_prompts, request);
+  show_record();
+  show_tiles(false);
+  m_prompts->tell(saved.ok() ? saved.value : saved.error, saved.ok() ? Icon::information : Icon::warning);
+}
+
+void f1::load_arguments() {
+  const std::optional<std::string> path =
+      m_prompts->choose_file({from_qt(m_binder.text(Section::menus, "mf_load_arguments")),
+                              {{"Argument files (*.args)", "*.args"}},
+                              split_folder(m_workspace),
+                              false});
+  if (!path) return m_prompts->tell(m_workspace.message(56));
+  const Status loaded = loadarg(m_workspace, *path);
+  if (!loaded.ok()) return m_prompts->tell(loaded.error, Icon::warning);
+  show_tiles(false);
+}
+
+void f1::restored(bool done) {
+  if (!done) return;
+  m_built_name.clear();
+  choose_language(to_qt(m_workspace.settings.language));
+  reload_tiles();
+  show_record();
+}
+
+void f1::show_settings_window(Page page) {
+  if (!take_settings()) return;
+  settings window(m_workspace, *m_prompts, *m_progress, page, this);
+  if (window.exec() != QDialog::Accepted) return;
+  apply_texts();  // another language may have been chosen
+  reload_tiles();
+  show_record();
+}
+
+void f1::show_option_editor(bool splitter) {
+  if (!take_settings()) return;
+  using Tool = option_editor::Tool;
+  option_editor window(m_workspace, *m_prompts, *m_progress, splitter ? Tool::splitter : Tool::mkgmap, this);
+  window.exec();
+  show_record();
+}
+
+void f1::edit_text(const QString& path) {
+  TextWindow(m_workspace, *m_prompts, path, TextWindow::Use::edit, this).exec();
+}
+
+// After a failure the error output is laid out in the log tab, where it can be opened with one more click.
+void f1::view_text(const QString& path) {
+  if (from_qt(path) == m_workspace.path(file_name::error_stream)) {
+    m_log->show_log(LogFile::error_stream);
+    m_tabs->setCurrentWidget(m_log);
+    return;
+  }
+  if (!file_exists(from_qt(path)))
+    return m_prompts->tell(m_workspace.message(35) + from_qt(path), Icon::warning);
+  auto* window = new TextWindow(m_workspace, *m_prompts, path, TextWindow::Use::read, this);
+  window->setAttribute(Qt::WA_DeleteOnClose);
+  window->show();
+}
+
+void f1::choose_language(const QString& file) {
+  const Status chosen = ferrowen::choose_language(m_workspace, from_qt(file));
+  if (!chosen.ok()) m_prompts->tell(chosen.error, Icon::warning);
+  apply_texts();
+}
+
+void f1::write_template() {
+  const std::optional<std::string> path = m_prompts->choose_file(
+      {from_qt(m_binder.text(Section::menus, "mlan_template")),
+       {{"Language files (*.m5l)", "*.m5l"}},
+       platform::join(m_workspace.settings.languages_folder, "template" + std::string(language_ending)),
+       true});
+  if (!path) return;
+  const Status written = safe_write(*path, language_template());
+  m_prompts->tell(written.ok() ? *path : written.error, written.ok() ? Icon::information : Icon::critical);
+}
+
+void f1::query_java() {
+  query_java_version(m_workspace, *m_prompts, *m_progress);
+  m_java_label->setText(to_qt(java_label(m_workspace.java_version)));
+}
+
+void f1::show_mkgmap_version() {
+  const Result<std::string> version = mkgmap_version(m_workspace, *m_prompts, *m_progress);
+  m_prompts->tell(version.ok() ? version.value : version.error,
+                  version.ok() ? Icon::information : Icon::warning);
+}
+
+void f1::open_guide() {
+  const std::string path = guide_path();
+  if (path.empty()) return m_prompts->tell(m_workspace.message(35) + "user-guide.md", Icon::warning);
+  auto* window = new GuideWindow(m_workspace.texts, path, this);
+  window->setAttribute(Qt::WA_DeleteOnClose);
+  window->show();
+}
+
+void f1::launch_home_port() {
+  std::string& program = m_workspace.settings.home_port;
+  if (!file_exists(program)) {
+    const std::optional<std::string> chosen =
+        m_prompts->choose_file({m_workspace.message(226), {{"EXE Files", "*.exe"}}, program, false});
+    if (!chosen) return;
+    program = *chosen;
+    save_now();
+  }
+  open_path(program);
+}
+
+void f1::open_path(const std::string& path) {
+  if (!file_exists(path)) return m_prompts->tell(m_workspace.message(89) + path, Icon::warning);
+  open_address(path);
+}
+
+void f1::open_address(const std::string& address) {
+  const std::string problem = platform::open_with_desktop(address);
+  if (!problem.empty())
+    m_prompts->tell(m_workspace.message(203) + "\r\n" + address + "\r\n" + problem, Icon::warning);
+}
+
+void f1::save_now() {
+  if (!m_can_save) return;
+  if (const Status saved = savedata(m_workspace); !saved.ok()) m_prompts->tell(saved.error, Icon::critical);
+}
+
+QString f1::details() const {
+  QStringList parts;
+  if (!m_progress->last_command().empty()) parts << shown_text(m_progress->last_command());
+  for (const std::string_view name : {file_name::error_stream, file_name::mkgmap_log}) {
+    const std::string text =
+        m_progress->last_command().empty() ? "" : read_whole_file(m_workspace.path(name));
+    if (!trim(text).empty()) parts << to_qt(name) + QStringLiteral(":\n") + shown_text(tail(text));
+  }
+  return parts.join(QStringLiteral("\n\n"));
+}
+
+}  // namespace ferrowen::ui

@@ -1,0 +1,82 @@
+// The program `ferrowen6`: arguments, session, main window.
+#include <QApplication>
+#include <QCommandLineParser>
+#include <QIcon>
+#include <QMessageBox>
+#include <QTimer>
+
+#include "app/version.hpp"
+#include "base/text.hpp"
+#include "platform/paths.hpp"
+#include "platform/system.hpp"
+#include "ui/f1.hpp"
+#include "ui/qt_text.hpp"
+#include "ui/theme.hpp"
+#include "ui/window_session.hpp"
+
+namespace {
+
+using namespace ferrowen;
+using ui::to_qt;
+
+constexpr int message_already_running = 126;
+constexpr int status_stopped = 3;
+constexpr int interrupt_milliseconds = 200;
+
+std::optional<std::string> home_option(const QCommandLineParser& parser) {
+  if (!parser.isSet(QStringLiteral("home"))) return std::nullopt;
+  return ui::from_qt(parser.value(QStringLiteral("home")));
+}
+
+void parse(QCommandLineParser& parser, const QApplication& application) {
+  parser.setApplicationDescription(QStringLiteral("Builds Garmin maps from OpenStreetMap data."));
+  parser.addHelpOption();
+  parser.addVersionOption();
+  parser.addOption({QStringLiteral("home"), QStringLiteral("Program folder."), QStringLiteral("DIR")});
+  parser.addOption({QStringLiteral("theme"), QStringLiteral("light or dark; else as the desktop."),
+                    QStringLiteral("NAME")});
+  parser.addPositionalArgument(QStringLiteral("FILE"), QStringLiteral("Map file to open."),
+                               QStringLiteral("[FILE]"));
+  parser.process(application);
+}
+
+void begin(ui::f1& window, const ui::WindowSession& session, const QStringList& files) {
+  // One box for everything that the start-up had to say.
+  if (!session.notes.texts().empty())
+    window.prompts().tell(join_texts(session.notes.texts(), "\r\n\r\n"), Icon::warning);
+  window.first_activation();
+  if (!files.isEmpty()) window.open_input(to_qt(platform::absolute(ui::from_qt(files.first()))));
+}
+
+}  // namespace
+
+int main(int count, char** arguments) {
+  const QApplication application(count, arguments);
+  QApplication::setApplicationName(QStringLiteral("Ferrowen"));
+  QApplication::setDesktopFileName(QStringLiteral("org.ferrowen.Ferrowen"));
+  QApplication::setApplicationVersion(to_qt(version_text));
+  QApplication::setWindowIcon(QIcon(QStringLiteral(":/ferrowen.png")));
+  QCommandLineParser parser;
+  parse(parser, application);
+  ui::apply_theme(parser.value(QStringLiteral("theme")));
+
+  ui::WindowSession session;
+  const ui::WindowSession::Opened opened = session.open(home_option(parser));
+  if (opened == ui::WindowSession::Opened::running_already) {
+    QMessageBox::information(nullptr, QStringLiteral("Ferrowen"),
+                             to_qt(session.workspace.message(message_already_running)));
+    return status_stopped;
+  }
+  ui::f1 window(session.workspace);
+  window.set_can_save(opened == ui::WindowSession::Opened::ready);
+  window.show();
+  // A signal cannot call the window; it is looked for instead.
+  platform::catch_interrupts();
+  QTimer interrupts;
+  QObject::connect(&interrupts, &QTimer::timeout, &window, [&window] {
+    if (platform::interrupted()) window.end_program();
+  });
+  interrupts.start(interrupt_milliseconds);
+  QTimer::singleShot(0, &window, [&] { begin(window, session, parser.positionalArguments()); });
+  return QApplication::exec();
+}

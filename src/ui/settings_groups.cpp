@@ -1,0 +1,62 @@
+#include "ui/settings_groups.hpp"
+
+namespace ferrowen::ui {
+
+const std::vector<SettingsGroup>& settings_groups() {
+  static const std::vector<SettingsGroup> groups = {
+      {Page::map, "group_input", {"input", "unsplit", "last-split-input"}},
+      {Page::map, "group_names", {"map-name", "country", "description", "overview-name"}},
+      {Page::map, "group_look", {"style", "use-typ", "typ"}},
+      {Page::options,
+       "group_content",
+       {"routing", "address-search", "sea", "pois-to-areas", "pois-to-lines", "unicode", "drive-on-left",
+        "transparent", "tdb-file", "draw-priority"}},
+      {Page::options, "group_jobs", {"use-max-jobs", "max-jobs"}},
+      {Page::options, "group_command", {"map-name-option", "use-options-text", "options-text", "option-set"}},
+      {Page::splitter, "group_splitter", {"max-nodes", "max-areas", "splitter-options"}},
+      {Page::splitter, "group_java", {"java-options", "thread-priority"}},
+      {Page::folders, "group_map_folders", {"output-folder", "map-folder", "archive-folder", "archive-date"}},
+      {Page::folders,
+       "group_work_folders",
+       {"styles-folder", "split-folder", "scripts-folder", "languages-folder", "argument-folder",
+        "argument-backup-folder"}},
+      {Page::folders, "group_caches", {"mapsource-cache", "basecamp-cache"}},
+      {Page::tools, "group_essential", {"java", "mkgmap", "splitter"}},
+      {Page::tools, "group_helpers", {"osmconvert", "7z", "makensis"}},
+      {Page::tools, "group_garmin", {"basecamp", "mapsource", "homeport", "wine-prefix"}},
+      {Page::tools, "group_editors", {"editor", "typ-editor"}},
+      {Page::elevation, "group_elevation", {"dem", "contours", "clip-contours"}},
+      {Page::elevation,
+       "group_hgt",
+       {"hgt-folder", "hgt-auto-search", "hgt-slot", "hgt-folder-1", "hgt-folder-2", "hgt-folder-3",
+        "hgt-folder-4", "hgt-folder-5", "hgt-folder-6"}},
+      {Page::elevation,
+       "group_clip",
+       {"clip-slot", "clip-folder-1", "clip-folder-2", "clip-folder-3", "clip-folder-4", "clip-folder-5"}},
+      {Page::elevation, "group_dem", {"dem-options"}},
+      {Page::elevation,
+       "group_contours",
+       {"contour-tool", "contour-work-folder", "contour-tolerance", "contour-options"}},
+      {Page::identity,
+       "group_fid",
+       {"fid", "fid-locked", "auto-add-fid", "fid-from-base", "fid-base", "always-collect-fids"}},
+      {Page::identity, "group_map_id", {"map-id", "map-id-locked", "map-id-warnings"}},
+      {Page::device,
+       "group_image",
+       {"gmapsupp", "image-named-after-map", "image-name", "gmapsupp-folder", "image-folder", "keep-image",
+        "confirm-image-overwrite"}},
+      {Page::device, "group_register", {"register", "installer"}},
+      {Page::program, "group_interface", {"language", "colour", "no-confirmations"}},
+      {Page::program,
+       "group_runs",
+       {"keep-log", "keep-errors", "keep-console", "show-all-output", "own-script", "launch"}},
+      {Page::program, "group_files", {"last-script", "doctor-typ"}},
+      {Page::program, computer_group, {}},
+      {Page::program,
+       internal_group,
+       {"state-1", "path-2", "mf-state", "state-48", "list-selection", "window-layout", "recent-files"}},
+  };
+  return groups;
+}
+
+}  // namespace ferrowen::ui

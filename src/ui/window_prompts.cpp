@@ -1,0 +1,102 @@
+#include "ui/window_prompts.hpp"
+
+#include <QApplication>
+#include <QFileDialog>
+#include <QMessageBox>
+#include <QPushButton>
+
+#include "ui/qt_text.hpp"
+
+namespace ferrowen::ui {
+
+namespace {
+
+QMessageBox::Icon box_icon(Icon icon) {
+  switch (icon) {
+    case Icon::none:
+      return QMessageBox::NoIcon;
+    case Icon::information:
+      return QMessageBox::Information;
+    case Icon::question:
+      return QMessageBox::Question;
+    case Icon::warning:
+      return QMessageBox::Warning;
+    case Icon::critical:
+      break;
+  }
+  return QMessageBox::Critical;
+}
+
+// "Backup Files (*.mpdat)" and "*.mpdat;*.dat" as Qt writes a filter.
+QString filter_text(const std::vector<FileFilter>& filters) {
+  QStringList parts;
+  for (const FileFilter& filter : filters) {
+    const QString name = to_qt(filter.name).section(QLatin1Char('('), 0, 0).trimmed();
+    parts << name + QStringLiteral(" (") + to_qt(filter.pattern).replace(QLatin1Char(';'), QLatin1Char(' ')) +
+                 QLatin1Char(')');
+  }
+  return parts.join(QStringLiteral(";;"));
+}
+
+void prepare(QMessageBox& box, std::string_view text, Icon icon) {
+  box.setWindowTitle(QStringLiteral("Ferrowen"));
+  box.setTextFormat(Qt::PlainText);
+  box.setText(shown_text(text));
+  box.setIcon(box_icon(icon));
+  box.setTextInteractionFlags(Qt::TextSelectableByMouse | Qt::TextSelectableByKeyboard);
+}
+
+}  // namespace
+
+QWidget* WindowPrompts::parent() const {
+  QWidget* modal = QApplication::activeModalWidget();
+  return modal != nullptr ? modal : m_parent;
+}
+
+void WindowPrompts::tell(std::string_view text, Icon icon) {
+  QMessageBox box(parent());
+  prepare(box, text, icon);
+  const bool trouble = icon == Icon::warning || icon == Icon::critical;
+  if (const QString more = trouble && details ? details() : QString(); !more.isEmpty())
+    box.setDetailedText(more);
+  box.addButton(to_qt(m_texts(Section::commands, "ok")), QMessageBox::AcceptRole);
+  box.exec();
+}
+
+Answer WindowPrompts::ask(std::string_view text, Buttons buttons, Icon icon) {
+  QMessageBox box(parent());
+  prepare(box, text, icon);
+  auto* yes = box.addButton(to_qt(m_texts(Section::commands, "yes")), QMessageBox::YesRole);
+  auto* no = box.addButton(to_qt(m_texts(Section::commands, "no")), QMessageBox::NoRole);
+  QPushButton* last = no;
+  if (buttons == Buttons::yes_no_cancel)
+    last = box.addButton(to_qt(m_texts(Section::commands, "cancel")), QMessageBox::RejectRole);
+  box.setDefaultButton(yes);
+  box.setEscapeButton(last);
+  box.exec();
+  if (box.clickedButton() == yes) return Answer::yes;
+  return box.clickedButton() == no ? Answer::no : Answer::cancel;
+}
+
+std::optional<std::string> WindowPrompts::choose_file(const FileQuestion& question) {
+  const QString title = to_qt(question.title);
+  const QString filters = filter_text(question.filters);
+  // The stages ask themselves before they overwrite.
+  const QString chosen =
+      question.save ? QFileDialog::getSaveFileName(parent(), title, to_qt(question.proposal), filters)
+                    : QFileDialog::getOpenFileName(parent(), title, to_qt(question.proposal), filters);
+  if (chosen.isEmpty()) return std::nullopt;
+  return from_qt(QDir::toNativeSeparators(chosen));
+}
+
+std::optional<std::string> WindowPrompts::choose_folder(std::string_view title, const std::string& start) {
+  const QString chosen = QFileDialog::getExistingDirectory(parent(), to_qt(title), to_qt(start));
+  if (chosen.isEmpty()) return std::nullopt;
+  return from_qt(QDir::toNativeSeparators(chosen));
+}
+
+void WindowPrompts::show_file(const std::string& path) {
+  if (file_viewer) file_viewer(to_qt(path));
+}
+
+}  // namespace ferrowen::ui
