@@ -27,7 +27,7 @@ need_packages() {
   echo "Installed:$missing"
 }
 
-build_packages="g++ cmake ninja-build libcli11-dev nlohmann-json3-dev qt6-base-dev qt6-qpa-plugins libqt6svg6
+build_packages="g++ cmake ninja-build libcli11-dev nlohmann-json3-dev qt6-base-dev
   python3 osmctools
   default-jre-headless mkgmap mkgmap-splitter"
 check_packages="$build_packages git doctest-dev clang clang-tidy clang-format libclang-rt-14-dev

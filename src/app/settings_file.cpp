@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "app/save_name.hpp"
 #include "app/start_up.hpp"
 #include "base/encoding.hpp"
 #include "base/files.hpp"
@@ -40,18 +41,20 @@ std::string program_folder_text(const Workspace& workspace) {
   return read_whole_file(file_exists(current) ? current : workspace.path(file_name::previous_settings));
 }
 
+// Characters that no settings file holds.
+bool is_foreign(char c) {
+  const auto byte = static_cast<unsigned char>(c);
+  return byte < ' ' && c != '\r' && c != '\n' && c != '\t' && c != '\x1f';
+}
+
+bool holds_foreign(std::string_view text) { return std::any_of(text.begin(), text.end(), is_foreign); }
+
 // Says why a file is no backup: loading one that is none would silently give a record of defaults.
 Status check_backup(const Workspace& workspace, const std::string& path) {
   const Result<std::string> text = read_file(path);
   if (!text.ok()) return {text.error};
   if (trim(text.value).empty()) return {workspace.message(77) + path};
-  const auto is_foreign = [](char c) {
-    const auto byte = static_cast<unsigned char>(c);
-    return byte < ' ' && c != '\r' && c != '\n' && c != '\t' && c != '\x1f';
-  };
-  if (std::any_of(text.value.begin(), text.value.end(), is_foreign))
-    return {path + ": this is no backup of settings."};
-  return {};
+  return {holds_foreign(text.value) ? path + ": this is no backup of settings." : ""};
 }
 
 std::string source_text(const Workspace& workspace, const SettingsSource& source) {
@@ -85,19 +88,33 @@ Status savedata(const Workspace& workspace, const std::string& target) {
                     settings_text(workspace.settings));
 }
 
+void put_damaged_settings_aside(Workspace& workspace, Prompts& prompts) {
+  const std::string path = workspace.path(file_name::settings);
+  if (!holds_foreign(read_whole_file(path))) return;
+  const std::string kept = path + ".damaged";
+  const Status moved = rename_file(path, kept);
+  workspace.settings_were_damaged = true;
+  std::string text = path + ": the settings file is damaged.\r\n";
+  text += moved.ok() ? "It was kept as " + kept : moved.error;
+  const std::string backup = workspace.path(file_name::settings_backup);
+  if (file_exists(backup)) text += "\r\n\r\nAvailable backup:\r\n" + backup;
+  prompts.tell(text, Icon::warning);
+}
+
 Status save_on_exit(const Workspace& workspace) {
   Status saved = savedata(workspace);
+  // The backup is what a damaged settings file is replaced from.
+  if (workspace.settings_were_damaged) return saved;
   const Status backed_up = savedata(workspace, workspace.path(file_name::settings_backup));
   return saved.ok() ? backed_up : saved;
 }
 
 bool back_up_settings(const Workspace& workspace, Prompts& prompts) {
-  const auto chosen =
-      prompts.choose_file({"", {{"Backup Files (*.mpdat)", "*.mpdat"}}, "ferrow6.mpdat", true});
-  if (!chosen || chosen->empty()) return false;
-  std::string target = *chosen;
-  if (!ends_with_ignoring_case(target, backup_ending)) target += backup_ending;
-  if (const Status saved = savedata(workspace, target); !saved.ok()) {
+  const auto target =
+      name_to_write(workspace.messages, prompts,
+                    {"", {{"Backup Files (*.mpdat)", "*.mpdat"}}, "ferrow6.mpdat", true}, backup_ending);
+  if (!target) return false;
+  if (const Status saved = savedata(workspace, *target); !saved.ok()) {
     prompts.tell(saved.error, Icon::critical);
     return false;
   }
@@ -118,6 +135,7 @@ bool restore_settings(Workspace& workspace, Prompts& prompts) {
   }
   if (prompts.ask(workspace.message(154), Buttons::yes_no_cancel) != Answer::yes) return false;
   loaddata(workspace, prompts, *chosen);
+  workspace.settings_were_damaged = false;
   fill_machine_defaults(workspace);
   prompts.tell(workspace.message(155));
   return true;

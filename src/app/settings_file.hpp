@@ -21,6 +21,10 @@ void loaddata(Workspace& workspace, Prompts& prompts, const SettingsSource& sour
 Status settings_are_readable(const Workspace& workspace);
 // Writes the record to `target`, or to the program folder's settings file when that is empty.
 Status savedata(const Workspace& workspace, const std::string& target = "");
+// A settings file that holds what none can hold is kept under another name and told, with the automatic
+// backup that could replace it; that one is not overwritten until settings were restored or the program
+// starts again.
+void put_damaged_settings_aside(Workspace& workspace, Prompts& prompts);
 // What the main window does when it closes: the settings file and the automatic backup.
 Status save_on_exit(const Workspace& workspace);
 

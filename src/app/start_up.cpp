@@ -52,6 +52,8 @@ void offer_sample(Workspace& workspace) {
   take_option_sets(workspace);
   if (const std::string sample = workspace.path(file_name::sample_map); file_exists(sample))
     fill(workspace.settings.input, sample);
+  // Something has to come out of a first build; a device image is of use to everybody.
+  workspace.settings.device_image = true;
 }
 
 void read_identifier_lists(Workspace& workspace) {
@@ -91,6 +93,7 @@ Status start_up(Workspace& workspace, Prompts& prompts) {
   if (Status prepared = prepare_folder(workspace); !prepared.ok()) return prepared;
   const bool fresh = !file_exists(workspace.path(file_name::settings)) &&
                      !file_exists(workspace.path(file_name::previous_settings));
+  put_damaged_settings_aside(workspace, prompts);
   loaddata(workspace, prompts);
   load_chosen_language(workspace, prompts);
   if (fresh) offer_sample(workspace);

@@ -37,10 +37,11 @@ struct Workspace {
 
   TileList tiles;  // of the split output folder, in the order of areas.list
   SplitState split_state = SplitState::unknown;
-  bool saved_selection = false;       // the selection came from a saved argument file
-  bool splitting = false;             // a split runs
-  std::size_t expected_tiles = 0;     // of the split that runs
-  std::string registered_fids = ",";  // comma lists, filled by the collection of registered maps
+  bool saved_selection = false;        // the selection came from a saved argument file
+  bool settings_were_damaged = false;  // found so at this start
+  bool splitting = false;              // a split runs
+  std::size_t expected_tiles = 0;      // of the split that runs
+  std::string registered_fids = ",";   // comma lists, filled by the collection of registered maps
   std::string registered_names = ",";
   std::string device_map_ids = ",";      // mapids.txt
   std::string avoided_fids = ",";        // mapfids.txt

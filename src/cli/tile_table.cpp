@@ -73,7 +73,7 @@ std::string split_date(const Workspace& workspace) {
 }
 
 std::string state_text(const Workspace& workspace) {
-  const auto display = state_display(workspace.split_state, workspace.messages);
+  const auto display = state_display(workspace.split_state, workspace);
   if (!display) return "";
   const bool missing = workspace.split_state == SplitState::input_missing;
   return display->text + (missing ? workspace.settings.input : "");
@@ -100,7 +100,7 @@ std::string summary_text(const Workspace& workspace, const std::string& date) {
   Table table({{""}, {""}});
   table.add({"Input", workspace.settings.input});
   table.add({"State", state_text(workspace)});
-  table.add({"Tiles", std::string(trim(tile_list_label(workspace.tiles)))});
+  table.add({"Tiles", std::string(trim(tile_list_label(workspace.tiles, workspace.texts)))});
   if (!workspace.tiles.empty()) {
     table.add({"Split", date});
     table.add({"Folder", split_folder(workspace)});
@@ -119,7 +119,7 @@ void show_tiles(Session& session) {
   session.json["input"] = workspace.settings.input;
   session.json["state"] = static_cast<int>(workspace.split_state);
   session.json["state_text"] = state_text(workspace);
-  session.json["label"] = tile_list_label(workspace.tiles);
+  session.json["label"] = tile_list_label(workspace.tiles, workspace.texts);
   session.json["split_date"] = date;
   session.json["folder"] = split_folder(workspace);
   session.json["tiles"] = Json::array();

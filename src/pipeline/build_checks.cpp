@@ -130,7 +130,9 @@ CheckResult check_tiles(const Workspace& workspace, Prompts& prompts) {
   const Settings& settings = workspace.settings;
   if (is_mp(settings.input) || settings.unsplit_input) return CheckResult::go_on;
   if (workspace.tiles.empty()) {
-    if (workspace.split_state != SplitState::needs_splitting) return CheckResult::go_on;
+    const bool needed = workspace.split_state == SplitState::needs_splitting ||
+                        input_state(workspace) == SplitState::needs_splitting;
+    if (!needed) return CheckResult::go_on;
     return stop(prompts, workspace.message(61) + settings.input);
   }
   if (workspace.saved_selection && selected_count(workspace.tiles) == 0)
@@ -173,7 +175,8 @@ CheckResult check_input_map(const Workspace& workspace, Prompts& prompts) {
   return sound.ok() ? CheckResult::go_on : stop(prompts, sound.error);
 }
 
-CheckResult check_identity(Workspace& workspace, Prompts& prompts, Progress& progress) {
+CheckResult check_identity(Workspace& workspace, Prompts& prompts, Progress& progress,
+                           const BuildServices& services) {
   Settings& settings = workspace.settings;
   const std::string fid(trim(settings.fid));
   const double number = lenient_number(fid);
@@ -181,7 +184,8 @@ CheckResult check_identity(Workspace& workspace, Prompts& prompts, Progress& pro
     prompts.tell(workspace.message(140), Icon::warning);
     settings.fid = std::to_string(reset_fid);
   }
-  if (!check_fid(workspace, prompts)) return CheckResult::stop;
+  if (!check_fid(workspace, prompts, services.collect_registered)) return CheckResult::stop;
+  if (!check_map_id(workspace, prompts)) return CheckResult::stop;
   if (settings.use_typ && !settings.typ.empty()) progress.status(workspace.message(71) + settings.typ);
   return CheckResult::go_on;
 }
@@ -220,7 +224,7 @@ CheckResult check_build(Workspace& workspace, Prompts& prompts, Progress& progre
       {false, [&] { return check_style(workspace, prompts, progress, services, scope); }},
       {false, [&] { return check_typ_and_tools(workspace, prompts); }},
       {false, [&] { return check_input_map(workspace, prompts); }},
-      {false, [&] { return check_identity(workspace, prompts, progress); }},
+      {false, [&] { return check_identity(workspace, prompts, progress, services); }},
       {true, [&] { return check_elevation(workspace, prompts); }},
       {false, [&] { return check_transparency(workspace, prompts); }},
       {false, [&] { return check_input_size(workspace, prompts); }},

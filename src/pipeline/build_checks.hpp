@@ -37,7 +37,8 @@ CheckResult check_style(Workspace& workspace, Prompts& prompts, Progress& progre
                         const BuildServices& services, CheckScope scope);
 CheckResult check_typ_and_tools(const Workspace& workspace, Prompts& prompts);
 CheckResult check_input_map(const Workspace& workspace, Prompts& prompts);
-CheckResult check_identity(Workspace& workspace, Prompts& prompts, Progress& progress);
+CheckResult check_identity(Workspace& workspace, Prompts& prompts, Progress& progress,
+                           const BuildServices& services);
 CheckResult check_elevation(const Workspace& workspace, Prompts& prompts);
 CheckResult check_transparency(const Workspace& workspace, Prompts& prompts);
 CheckResult check_input_size(const Workspace& workspace, Prompts& prompts);

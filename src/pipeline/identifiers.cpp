@@ -12,6 +12,8 @@ namespace ferrowen {
 namespace {
 
 constexpr int draws_before_walking = 100'000;
+constexpr std::size_t map_id_length = 8;
+constexpr std::size_t map_id_group = 3;
 
 double nearest_even(double number) {
   const double below = std::floor(number);
@@ -51,11 +53,14 @@ bool is_fid(std::string_view text) {
   return is_digits(text) && lenient_number(text) > 0 && lenient_number(text) <= highest_fid;
 }
 
-void new_id(Workspace& workspace, Prompts& prompts) {
+void new_id(Workspace& workspace, Prompts& prompts, const Collect& collect) {
   if (workspace.settings.fid_locked) {
     prompts.tell("Please unlock FID", Icon::warning);
     return;
   }
+  const bool nothing_collected =
+      trim(workspace.registered_fids) == "," || trim(workspace.registered_fids).empty();
+  if (workspace.settings.register_map && nothing_collected && collect) collect(workspace);
   const auto clock = std::chrono::system_clock::now().time_since_epoch().count();
   std::minstd_rand generator(static_cast<std::minstd_rand::result_type>(clock));
   std::uniform_real_distribution<double> uniform(0.0, 1.0);
@@ -68,35 +73,110 @@ void new_id(Workspace& workspace, Prompts& prompts) {
   workspace.settings.fid = std::to_string(*fid);
 }
 
-bool check_fid(Workspace& workspace, Prompts& prompts) {
+namespace {
+
+// An empty FID is drawn; false when that cannot be, which has been told.
+bool fid_is_there(Workspace& workspace, Prompts& prompts, const Collect& collect) {
+  Settings& settings = workspace.settings;
+  if (lenient_number(settings.fid) != 0) return true;
+  if (settings.fid_locked) {
+    prompts.tell("FID can't be 0 . Please unlock FID", Icon::warning);
+    return false;
+  }
+  new_id(workspace, prompts, collect);
+  if (lenient_number(settings.fid) == 0 && settings.auto_add_fid) new_id(workspace, prompts, collect);
+  if (lenient_number(settings.fid) != 0) return true;
+  prompts.tell(workspace.message(70) + "\r\nSee Settings to set AUTO ADD FID", Icon::warning);
+  return false;
+}
+
+// A registered FID is replaced when the person wants that.
+bool fid_is_unregistered(Workspace& workspace, Prompts& prompts, const Collect& collect) {
+  const Settings& settings = workspace.settings;
+  if (!comma_list_holds(workspace.registered_fids, settings.fid)) return true;
+  const std::string question =
+      "FID " + settings.fid + " " + workspace.message(175) + "\r\nLet ferrowen create new FID?";
+  if (prompts.ask(question) == Answer::yes) {
+    new_id(workspace, prompts, collect);
+    return true;
+  }
+  prompts.tell(workspace.message(198));
+  if (const Status saved = savedata(workspace); !saved.ok()) prompts.tell(saved.error, Icon::critical);
+  return false;
+}
+
+// A product of this name is installed: its FID is in use.
+bool name_is_unused(const Workspace& workspace, Prompts& prompts) {
+  const Settings& settings = workspace.settings;
+  if (!comma_list_holds(workspace.registered_names, settings.map_name)) return true;
+  const std::string exists = "FID " + settings.fid + workspace.message(228);
+  if (settings.register_map) {
+    prompts.tell(exists + ". Cannot Continue.\r\n\r\nClick green 'new' to create new FID.", Icon::warning);
+    return false;
+  }
+  return prompts.ask(exists + " This may be on your device.Continue?") == Answer::yes;
+}
+
+}  // namespace
+
+bool check_fid(Workspace& workspace, Prompts& prompts, const Collect& collect) {
   Settings& settings = workspace.settings;
   settings.fid = trim(settings.fid);
-  if (lenient_number(settings.fid) == 0) {
-    if (settings.fid_locked) {
-      prompts.tell("FID can't be 0 . Please unlock FID", Icon::warning);
-      return false;
-    }
-    new_id(workspace, prompts);
-    if (lenient_number(settings.fid) == 0) return false;
-  }
-  if (!settings.fid.empty() && !is_fid(settings.fid)) {
+  if (settings.always_collect_fids && collect) collect(workspace);
+  if (!fid_is_there(workspace, prompts, collect)) return false;
+  if (!is_fid(settings.fid)) {
     prompts.tell(workspace.message(70), Icon::warning);
     return false;
   }
-  if (comma_list_holds(workspace.registered_fids, settings.fid)) {
-    const std::string question =
-        "FID " + settings.fid + " " + workspace.message(175) + "\r\nLet ferrowen create new FID?";
-    if (prompts.ask(question) != Answer::yes) {
-      prompts.tell(workspace.message(198));
-      if (const Status saved = savedata(workspace); !saved.ok()) prompts.tell(saved.error, Icon::critical);
-      return false;
-    }
-    new_id(workspace, prompts);
+  return fid_is_unregistered(workspace, prompts, collect) && name_is_unused(workspace, prompts);
+}
+
+bool check_map_id(const Workspace& workspace, Prompts& prompts) {
+  const Settings& settings = workspace.settings;
+  const std::string& id = settings.map_id;
+  if (lenient_number(id) == 0) {
+    prompts.tell("Map ID:" + id + "?", Icon::warning);
+    return false;
   }
-  if (settings.fid.empty() && settings.auto_add_fid) new_id(workspace, prompts);
-  if (!settings.fid.empty()) return true;
-  prompts.tell(workspace.message(70) + "\r\nSee Settings to set AUTO ADD FID", Icon::warning);
-  return false;
+  if (id.size() != map_id_length) {
+    prompts.tell("8 numbers?", Icon::warning);
+    return false;
+  }
+  const bool on_device = comma_list_holds(workspace.device_map_ids, id);
+  const bool related = contains(workspace.device_map_ids, id.substr(0, map_id_group) + ",");
+  if (!settings.show_map_id_warnings || !(on_device || related)) return true;
+  if (on_device && settings.map_id_locked)
+    prompts.tell("Caution!\r\nYour device may contain map id:" + id + "\r\nUnlock Map ID.", Icon::warning);
+  else if (!settings.map_id_locked && settings.device_image)
+    prompts.tell("Changing Map ID to avoid possible conflict.");
+  return true;
+}
+
+Registered id_exists(Workspace& workspace, Prompts& prompts, const Collect& collect,
+                     std::string_view previous_name) {
+  const Settings& settings = workspace.settings;
+  const bool nothing_collected = trim(workspace.registered_fids) == ",";
+  if (collect && (settings.always_collect_fids || nothing_collected)) collect(workspace);
+  if (!settings.register_map) return Registered::free;
+  if (settings.map_name != previous_name && comma_list_holds(workspace.registered_names, settings.map_name)) {
+    prompts.tell("Mapname '" + settings.map_name + "'" + workspace.message(16), Icon::warning);
+    return Registered::name_exists;
+  }
+  if (!comma_list_holds(workspace.registered_fids, settings.fid)) return Registered::free;
+  prompts.tell("FID " + settings.fid + " exists in Basecamp. ", Icon::warning);
+  return Registered::fid_exists;
+}
+
+bool confirm_new_map(Workspace& workspace, Prompts& prompts, const std::string& built_name,
+                     const Collect& collect) {
+  if (built_name.empty() || workspace.settings.confirmations_off) return true;
+  const std::string question =
+      "A map has been created but not uploaded!\r\n '" + built_name + "'\r\n Create a new map anyway?";
+  if (prompts.ask(question) != Answer::yes) return false;
+  if (prompts.ask("Reset FID & Map ID?") != Answer::yes) return true;
+  new_id(workspace, prompts, collect);
+  if (const Status saved = savedata(workspace); !saved.ok()) prompts.tell(saved.error, Icon::critical);
+  return true;
 }
 
 }  // namespace ferrowen

@@ -25,10 +25,27 @@ std::optional<int> free_fid(int base, const std::string& registered, const std::
 // True for a whole number that mkgmap takes for a family ID.
 bool is_fid(std::string_view text);
 
-// Draws a new FID into the settings; a locked one is told and left alone.
-void new_id(Workspace& workspace, Prompts& prompts);
+// Fills the lists of registered families and names; see BuildServices.
+using Collect = std::function<void(Workspace&)>;
+
+// Draws a new FID into the settings; a locked one is told and left alone. Before the first draw for a map
+// that is to be registered the registered FIDs are collected.
+void new_id(Workspace& workspace, Prompts& prompts, const Collect& collect = {});
 
 // FID check when a build starts: false when the build must not go on.
-bool check_fid(Workspace& workspace, Prompts& prompts);
+bool check_fid(Workspace& workspace, Prompts& prompts, const Collect& collect = {});
+// Map-ID check when a build starts, against the IDs that the user's device holds.
+bool check_map_id(const Workspace& workspace, Prompts& prompts);
+
+enum class Registered : std::uint8_t { free, name_exists, fid_exists };
+// Before a map is registered: is its name or its FID taken? The message has been told then. A name that is
+// taken is that of the product to replace; `previous_name` is the name that this program registered last.
+Registered id_exists(Workspace& workspace, Prompts& prompts, const Collect& collect,
+                     std::string_view previous_name = {});
+
+// Before a new map is begun while the last one, `built_name`, is built and not registered: false when the
+// person wants to keep it. A new FID is drawn and the settings are saved when the person wants that.
+bool confirm_new_map(Workspace& workspace, Prompts& prompts, const std::string& built_name,
+                     const Collect& collect = {});
 
 }  // namespace ferrowen

@@ -1,5 +1,6 @@
 #include "ui/f1.hpp"
 
+#include <QApplication>
 #include <QCloseEvent>
 #include <QDir>
 #include <QDragEnterEvent>
@@ -26,7 +27,6 @@ namespace ferrowen::ui {
 namespace {
 
 constexpr QSize first_size(1180, 760);
-constexpr QSize least_size(820, 540);
 const QColor built_colour(220, 251, 125);  // a map that is built and not registered
 
 }  // namespace
@@ -38,7 +38,6 @@ f1::f1(Workspace& workspace, Prompts* prompts)
       m_prompts(prompts != nullptr ? prompts : &m_own_prompts) {
   setObjectName(QStringLiteral("f1"));
   setAcceptDrops(true);
-  setMinimumSize(least_size);
   make_panels();
   m_progress.emplace(WindowProgress::Controls{m_bar, m_elapsed, m_status, m_console, m_command});
   make_menus();
@@ -65,8 +64,11 @@ void f1::apply_texts() {
   m_binder.apply();
   show_state();
   show_selection();
-  m_plot->set_empty_text(m_binder.text(Section::labels, "no_tiles"));
-  assign_mnemonics(*centralWidget(), assign_mnemonics(menuBar()->actions()));
+  // What is used most chooses its letters first; pages that hide one another have letters of their own.
+  const QSet<QChar> menus = assign_mnemonics(menuBar()->actions());
+  const QSet<QChar> panels = assign_mnemonics(*m_options, assign_mnemonics(*m_left, menus));
+  assign_mnemonics(*m_tools_page, panels);
+  assign_mnemonics(*m_log, panels);
 }
 
 // Everything here may take a while: the window is already seen, and stays alive.
@@ -106,19 +108,17 @@ bool f1::take_settings() {
 }
 
 void f1::show_state() {
-  const std::optional<StateDisplay> display = state_display(m_workspace.split_state, m_workspace.messages);
+  const std::optional<StateDisplay> display = state_display(m_workspace.split_state, m_workspace);
   if (!display) return;
   const QColor colour(display->colour.red, display->colour.green, display->colour.blue);
   QString text = to_qt(display->text);
   if (m_workspace.split_state == SplitState::input_missing) text += to_qt(m_workspace.settings.input);
   m_state->setText(text);
-  m_state->setWordWrap(true);
   // The colour is the ground and the writing is black or white, so that every state can be read.
   const bool bright = qGray(colour.rgb()) > 110;
   m_state->setStyleSheet(
       QStringLiteral("QLabel { background-color: %1; color: %2; padding: 3px; border-radius: 3px; }")
           .arg(colour.name(), bright ? QStringLiteral("black") : QStringLiteral("white")));
-  m_state->setVisible(!text.isEmpty());
 }
 
 void f1::show_tiles(bool fit) {
@@ -127,7 +127,15 @@ void f1::show_tiles(bool fit) {
   show_selection();
 }
 
-void f1::show_selection() { m_tiles_label->setText(to_qt(tile_list_label(m_workspace.tiles))); }
+void f1::show_empty_text() {
+  const bool whole = m_workspace.split_state == SplitState::no_need_to_split;
+  m_plot->set_empty_text(m_binder.text(Section::labels, whole ? "no_tiles_needed" : "no_tiles"));
+}
+
+void f1::show_selection() {
+  show_empty_text();
+  m_tiles_label->setText(to_qt(tile_list_label(m_workspace.tiles, m_workspace.texts)));
+}
 
 void f1::take_selection() {
   // A run works on the selection that it began with.
@@ -197,6 +205,10 @@ void f1::closeEvent(QCloseEvent* event) {
 void f1::end_program() {
   m_close_when_done = true;
   m_progress->request_stop();
+  // Inside a stage a dialog may be waiting for an answer.
+  while (QWidget* dialog = QApplication::activeModalWidget()) {
+    if (!dialog->close()) break;
+  }
   if (!m_busy) close();
 }
 

@@ -5,6 +5,7 @@
 #include <QActionGroup>
 #include <QComboBox>
 #include <QMainWindow>
+#include <QPointer>
 #include <QProgressBar>
 #include <QPushButton>
 #include <QSplitter>
@@ -101,6 +102,7 @@ class f1 : public QMainWindow {
   void show_state();
   void show_tiles(bool fit);
   void show_selection();
+  void show_empty_text();
   void show_styles();
   void show_recent_files();
   void show_languages();
@@ -113,6 +115,8 @@ class f1 : public QMainWindow {
   // Actions.
   void run_stage(const Work& work);
   void set_busy(bool busy);
+  void clear_outcome();
+  void show_outcome(StageResult result, const char* failed);
   void choose_input();
   void reload_tiles();
   void split_map();
@@ -146,6 +150,7 @@ class f1 : public QMainWindow {
   std::optional<WindowProgress> m_progress;
   bool m_busy = false;
   bool m_close_when_done = false;
+  QPointer<QWidget> m_focus_before;  // while a stage runs
   bool m_can_save = true;
   QString m_built_name;  // of the last good build that is not registered
 
@@ -169,6 +174,8 @@ class f1 : public QMainWindow {
   QPlainTextEdit* m_command = nullptr;
   ConsolePanel* m_console = nullptr;
   LogPanel* m_log = nullptr;
+  QWidget* m_left = nullptr;
+  QWidget* m_options = nullptr;
   QSplitter* m_columns = nullptr;
   QSplitter* m_rows = nullptr;
   QMenu* m_recent = nullptr;

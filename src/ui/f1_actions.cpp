@@ -5,6 +5,7 @@
 
 #include "app/language_file.hpp"
 #include "app/recent_files.hpp"
+#include "app/save_name.hpp"
 #include "app/settings_file.hpp"
 #include "app/start_up.hpp"
 #include "app/tool_query.hpp"
@@ -13,6 +14,7 @@
 #include "pipeline/build.hpp"
 #include "pipeline/identifiers.hpp"
 #include "pipeline/previous_map.hpp"
+#include "pipeline/tiles/input_file.hpp"
 #include "pipeline/tiles/tile_list.hpp"
 #include "platform/desktop.hpp"
 #include "platform/paths.hpp"
@@ -52,12 +54,29 @@ void f1::run_stage(const Work& work) {
 }
 
 void f1::set_busy(bool busy) {
+  // A control that is switched off loses the focus for good.
+  if (busy) m_focus_before = focusWidget();
   m_busy = busy;
   for (QWidget* widget : m_idle_only)
     widget->setEnabled(!busy);
   for (QAction* action : m_idle_only_actions)
     action->setEnabled(!busy);
   m_stop->setEnabled(busy);
+  if (!busy && m_focus_before != nullptr) m_focus_before->setFocus();
+}
+
+// Nothing of an earlier run is shown beside a new input.
+void f1::clear_outcome() {
+  m_built_name.clear();
+  m_open_folder->setVisible(false);
+  m_status->clear();
+  m_progress->begin();
+}
+
+void f1::show_outcome(StageResult result, const char* failed) {
+  if (result == StageResult::cancelled) m_status->setText(to_qt(m_workspace.message(148)));
+  if (result == StageResult::failed) m_status->setText(m_binder.text(Section::labels, failed));
+  if (result == StageResult::stopped) m_status->setText(m_binder.text(Section::labels, "stopped"));
 }
 
 void f1::choose_input() {
@@ -77,21 +96,24 @@ void f1::open_input(const QString& path) {
     m_input->set_text(to_qt(m_workspace.settings.input));
     return;
   }
+  const std::string chosen(trim(from_qt(path)));
+  if (folder_exists(chosen)) {
+    const Status folder = check_input(chosen, m_workspace.messages);
+    m_prompts->tell(folder.error, Icon::warning);
+    m_input->set_text(to_qt(m_workspace.settings.input));
+    return;
+  }
   if (!take_settings()) return;
-  m_workspace.settings.input = trim(from_qt(path));
+  m_workspace.settings.input = chosen;
   if (file_exists(m_workspace.settings.input))
     add_recent_file(m_workspace.settings, m_workspace.settings.input);
-  m_built_name.clear();
+  clear_outcome();
   reload_tiles();
   show_record();
 }
 
-// The tiles in the split output folder are shown when they were made from this input.
 void f1::reload_tiles() {
-  m_workspace.tiles.clear();
-  m_workspace.saved_selection = false;
-  m_workspace.split_state = input_state(m_workspace);
-  if (is_already_split(m_workspace)) set_splitterfiles(m_workspace, *m_prompts);
+  load_tiles_of_input(m_workspace, *m_prompts);
   show_state();
   show_tiles(true);
 }
@@ -105,13 +127,15 @@ void f1::split_map() {
     const StageResult result = start_split(m_workspace, *m_prompts, *m_progress);
     show_record();
     show_tiles(result == StageResult::done);
-    if (result == StageResult::cancelled) m_status->setText(to_qt(m_workspace.message(148)));
+    show_outcome(result, "split_failed");
     save_now();
   });
 }
 
 void f1::create_map() {
-  if (!take_settings()) return;
+  if (m_busy || !take_settings()) return;
+  if (!confirm_new_map(m_workspace, *m_prompts, from_qt(m_built_name))) return;
+  show_record();
   run_stage([this] {
     m_progress->begin();
     m_tabs->setCurrentWidget(m_console);
@@ -119,7 +143,7 @@ void f1::create_map() {
     m_console->clear_all();
     const BuildReport report = create_map_stage();
     show_record();
-    if (report.result == StageResult::cancelled) m_status->setText(to_qt(m_workspace.message(148)));
+    show_outcome(report.result, "failed");
     save_now();
   });
 }
@@ -229,11 +253,14 @@ void f1::choose_language(const QString& file) {
 }
 
 void f1::write_template() {
-  const std::optional<std::string> path = m_prompts->choose_file(
-      {from_qt(m_binder.text(Section::menus, "mlan_template")),
-       {{"Language files (*.m5l)", "*.m5l"}},
-       platform::join(m_workspace.settings.languages_folder, "template" + std::string(language_ending)),
-       true});
+  const std::string proposal =
+      platform::join(m_workspace.settings.languages_folder, "template" + std::string(language_ending));
+  const FileQuestion question{from_qt(m_binder.text(Section::menus, "mlan_template")),
+                              {{"Language files (*.m5l)", "*.m5l"}},
+                              proposal,
+                              true};
+  const std::optional<std::string> path =
+      name_to_write(m_workspace.messages, *m_prompts, question, language_ending);
   if (!path) return;
   const Status written = safe_write(*path, language_template());
   m_prompts->tell(written.ok() ? *path : written.error, written.ok() ? Icon::information : Icon::critical);

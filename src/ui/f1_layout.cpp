@@ -2,13 +2,12 @@
 #include <QGridLayout>
 #include <QGroupBox>
 #include <QHBoxLayout>
-#include <QScrollArea>
-#include <QScrollBar>
 #include <QVBoxLayout>
 
 #include "ui/f1.hpp"
 #include "ui/plot_button.hpp"
 #include "ui/qt_text.hpp"
+#include "ui/side_panel.hpp"
 
 namespace ferrowen::ui {
 
@@ -37,7 +36,7 @@ const std::vector<Flag> elevation_flags = {
 };
 const std::vector<Flag> target_flags = {
     {"gmapsupp", "gmapsupp", "Check2"},
-    {"register", "register", "upmaps"},
+    {"register", "", "upmaps"},
     {"installer", "installer", ""},
 };
 const std::vector<Flag> run_flags = {
@@ -46,18 +45,6 @@ const std::vector<Flag> run_flags = {
     {"keep-console", "keep_console", "Check7"},
     {"own-script", "own_script", ""},
 };
-
-QWidget* scrolling(QWidget* content, QWidget* parent) {
-  auto* area = new QScrollArea(parent);
-  area->setWidgetResizable(true);
-  area->setFrameShape(QFrame::NoFrame);
-  area->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
-  area->setWidget(content);
-  // Wide enough for the content and its scroll bar, so that nothing is ever cut off sideways.
-  area->setMinimumWidth(content->minimumSizeHint().width() + area->verticalScrollBar()->sizeHint().width() +
-                        4);
-  return area;
-}
 
 }  // namespace
 
@@ -85,8 +72,9 @@ QWidget* f1::make_left() {
   auto* rows = new QVBoxLayout(left);
   rows->setContentsMargins(0, 0, 0, 0);
   rows->setSpacing(0);
-  rows->addWidget(scrolling(content, left), 1);
+  rows->addWidget(new SidePanel(content, left), 1);
   rows->addWidget(make_run());
+  m_left = left;
   return left;
 }
 
@@ -107,6 +95,8 @@ QWidget* f1::make_map_data() {
                         {"All files", "*"}});
   m_state = new QLabel(box);
   m_state->setObjectName(QStringLiteral("lab1"));
+  m_state->setTextFormat(Qt::PlainText);
+  m_state->setWordWrap(true);
   m_split = new QPushButton(box);
   m_split->setObjectName(QStringLiteral("Command_split"));
   m_binder.caption(m_split, Section::commands, "split_map");
@@ -206,6 +196,7 @@ QWidget* f1::make_run() {
   m_elapsed->setObjectName(QStringLiteral("elapsed"));
   m_status = new QLabel(box);
   m_status->setObjectName(QStringLiteral("status"));
+  m_status->setTextFormat(Qt::PlainText);
   m_status->setWordWrap(true);
   m_java_label = new QLabel(box);
   m_java_label->setObjectName(QStringLiteral("javlab"));
@@ -331,7 +322,10 @@ QWidget* f1::make_option_group(const char* title, const std::vector<Flag>& flags
   column->setSpacing(3);
   for (const auto& [field, caption, name] : flags) {
     QCheckBox* flag = m_form->flag(field, QString::fromUtf8(name));
-    m_binder.caption(flag, Section::labels, caption);
+    if (*caption != '\0')
+      m_binder.caption(flag, Section::labels, caption);
+    else  // the check before the build names it by this message
+      m_binder.custom([this, flag] { flag->setText(caption_text(to_qt(m_workspace.message(42)))); });
     column->addWidget(flag);
   }
   m_idle_only.push_back(box);
@@ -354,7 +348,8 @@ QWidget* f1::make_options() {
   column->addWidget(make_option_group("targets", target_flags));
   column->addWidget(make_option_group("run", run_flags));
   column->addStretch(1);
-  return scrolling(content, this);
+  m_options = new SidePanel(content, this);
+  return m_options;
 }
 
 }  // namespace ferrowen::ui

@@ -47,6 +47,7 @@ void f1::make_menus() {
   };
   fill_file_menu(menu("mf"));
   fill_settings_menu(menu("mst"));
+  stage_entry(menu("mcontours"), "mcontours_settings", [this] { show_settings_window(Page::elevation); });
   fill_map_menu(menu("mmaps"));
   fill_tools_menu(menu("mtools"));
   m_languages = menu("mlan");

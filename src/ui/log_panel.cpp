@@ -84,7 +84,9 @@ void LogPanel::load() {
 void LogPanel::show_lines(const std::vector<LogLine>& lines) {
   QTextCursor cursor(m_text->document());
   cursor.beginEditBlock();
+  int first_error = -1;
   for (const LogLine& line : lines) {
+    if (line.level == LogLevel::error && first_error < 0) first_error = cursor.position();
     QTextCharFormat format;
     if (line.level == LogLevel::error) format.setForeground(error_colour(palette()));
     if (line.level == LogLevel::warning) format.setForeground(warning_colour(palette()));
@@ -92,6 +94,10 @@ void LogPanel::show_lines(const std::vector<LogLine>& lines) {
   }
   cursor.endEditBlock();
   m_text->moveCursor(QTextCursor::End);
+  if (first_error < 0) return;
+  cursor.setPosition(first_error);
+  m_text->setTextCursor(cursor);
+  m_text->centerCursor();
 }
 
 }  // namespace ferrowen::ui

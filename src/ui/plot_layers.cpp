@@ -37,6 +37,7 @@ bool touches(const QRectF& one, const QRectF& other) {
 
 QString degrees_text(double degrees, QChar positive, QChar negative) {
   const QString number = QString::number(std::abs(degrees), 'g', 6);
+  if (degrees == 0) return number + QChar(0xB0);
   return number + QChar(0xB0) + (degrees < 0 ? negative : positive);
 }
 
@@ -102,7 +103,7 @@ void CoastLayer::paint(QPainter& painter, const PlotPaint& paint) {
 }
 
 double grid_step(double pixels_per_degree) {
-  constexpr std::array<double, 11> steps = {0.01, 0.02, 0.05, 0.1, 0.2, 0.5, 1, 2, 5, 10, 30};
+  constexpr std::array<double, 13> steps = {0.01, 0.02, 0.05, 0.1, 0.2, 0.5, 1, 2, 5, 10, 30, 60, 90};
   for (const double step : steps) {
     if (step * pixels_per_degree >= least_grid_pixels) return step;
   }
@@ -134,8 +135,9 @@ void GridLayer::paint(QPainter& painter, const PlotPaint& paint) {
     painter.setPen(line);
     painter.drawLine(QPointF(x, 0), QPointF(x, paint.size.height()));
     painter.setPen(text);
-    painter.drawText(QPointF(x + 3, paint.size.height() - 4),
-                     degrees_text(longitude, QLatin1Char('E'), QLatin1Char('W')));
+    const QString label = degrees_text(longitude, QLatin1Char('E'), QLatin1Char('W'));
+    if (x + metrics.horizontalAdvance(label) < paint.size.width())
+      painter.drawText(QPointF(x + 3, paint.size.height() - 4), label);
   }
   const double y_step = grid_step(paint.projection.pixels_per_degree());
   for (const double latitude :

@@ -9,6 +9,7 @@
 #include "app/start_up.hpp"
 #include "app/tools.hpp"
 #include "ui/qt_text.hpp"
+#include "ui/window_layout.hpp"
 
 namespace ferrowen::ui {
 
@@ -37,6 +38,7 @@ settings::settings(Workspace& workspace, Prompts& prompts, Progress& progress, P
   m_controls.show(workspace.settings);
   apply_texts();
   resize(first_size);
+  restoreGeometry(WindowLayout(workspace.settings).value(objectName()));
   m_list->setCurrentRow(static_cast<int>(page));
   m_list->setFocus();
   connect(&m_controls, &SettingsControls::path_changed, this, [this](const Field* field) {
@@ -358,6 +360,13 @@ void settings::check_tools(const std::vector<const Field*>& fields) {
     page_at(static_cast<int>(field->page))->show_tool(report);
   }
   m_checking = false;
+}
+
+void settings::done(int result) {
+  WindowLayout layout(m_workspace.settings);
+  layout.set(objectName(), saveGeometry());
+  layout.store(m_workspace.settings);
+  QDialog::done(result);
 }
 
 }  // namespace ferrowen::ui

@@ -32,6 +32,7 @@ class settings : public QDialog {
   void accept() override;
   // What was applied stays; nothing else is changed.
   void reject() override;
+  void done(int result) override;  // the window's size is remembered
 
  protected:
   bool eventFilter(QObject* watched, QEvent* event) override;

@@ -32,7 +32,7 @@ TextWindow::TextWindow(const Workspace& workspace, Prompts& prompts, const QStri
   const Result<std::string> content = read_file(from_qt(path), largest_text);
   m_text->setPlainText(shown_text(content.ok() ? decode_tool_text(content.value) : content.error));
   m_text->setReadOnly(use == Use::read || !content.ok());
-  m_text->setLineWrapMode(QPlainTextEdit::NoWrap);
+  m_text->setLineWrapMode(m_text->isReadOnly() ? QPlainTextEdit::WidgetWidth : QPlainTextEdit::NoWrap);
   m_text->setFont(QFontDatabase::systemFont(QFontDatabase::FixedFont));
   m_text->document()->setModified(false);
   m_text->setObjectName(QStringLiteral("text"));

@@ -100,7 +100,18 @@ void TilePlot::paint_label(QPainter& painter, const QRectF& rectangle, const Til
   const QFontMetricsF metrics(painter.font());
   const QRectF inner = rectangle.adjusted(label_margin, label_margin, -label_margin, -label_margin);
   const QString number = to_qt(tile.number);
-  if (inner.height() < metrics.height() || metrics.horizontalAdvance(number) > inner.width()) return;
+  const double width = metrics.horizontalAdvance(number);
+  if (inner.height() < metrics.height() || width > inner.width()) {
+    // A narrow tile carries its number upright.
+    if (inner.width() < metrics.height() || width > inner.height()) return;
+    painter.save();
+    painter.translate(rectangle.center());
+    painter.rotate(-90);
+    painter.drawText(QRectF(-width, -metrics.height(), 2 * width, 2 * metrics.height()), Qt::AlignCenter,
+                     number);
+    painter.restore();
+    return;
+  }
   QString text = number;
   if (!tile.description.empty() && inner.height() >= 2 * metrics.height())
     text += QLatin1Char('\n') + metrics.elidedText(to_qt(tile.description), Qt::ElideRight, inner.width());
@@ -130,13 +141,25 @@ void TilePlot::paint_tiles(QPainter& painter) {
   }
 }
 
+void TilePlot::paint_empty_text(QPainter& painter) const {
+  constexpr int room = 24;
+  constexpr int flags = Qt::AlignCenter | Qt::TextWordWrap;
+  const QRect inner = rect().adjusted(room, room, -room, -room);
+  const QRect box =
+      painter.boundingRect(inner, flags, m_empty_text).adjusted(-room / 2, -room / 2, room / 2, room / 2);
+  painter.setPen(Qt::NoPen);
+  painter.setBrush(palette().color(QPalette::Base));
+  painter.drawRoundedRect(box, room / 4, room / 4);
+  painter.setPen(palette().color(QPalette::Text));
+  painter.drawText(inner, flags, m_empty_text);
+}
+
 void TilePlot::paintEvent(QPaintEvent* /*event*/) {
   QPainter painter(this);
   paint_background(painter);
   paint_tiles(painter);
   if (m_tiles.empty() && !m_empty_text.isEmpty()) {
-    painter.setPen(palette().color(QPalette::PlaceholderText));
-    painter.drawText(rect().adjusted(24, 24, -24, -24), Qt::AlignCenter | Qt::TextWordWrap, m_empty_text);
+    paint_empty_text(painter);
   }
 }
 

@@ -64,6 +64,7 @@ class TilePlot : public QWidget {
 
   void paint_background(QPainter& painter);
   void paint_tiles(QPainter& painter);
+  void paint_empty_text(QPainter& painter) const;
   void paint_label(QPainter& painter, const QRectF& rectangle, const Tile& tile) const;
   [[nodiscard]] std::size_t tile_at(const QPointF& point) const;
   void click(std::size_t index, Qt::KeyboardModifiers modifiers);

@@ -72,16 +72,16 @@ QWidget* ToolsPage::make_cards() {
 
 QWidget* ToolsPage::make_buttons() {
   auto* line = new QWidget(this);
-  auto* row = new QHBoxLayout(line);
-  row->setContentsMargins(0, 0, 0, 0);
+  // Two rows, so that long texts find room.
+  auto* grid = new QGridLayout(line);
+  grid->setContentsMargins(0, 0, 0, 0);
   m_check = button("check_again", "check_again", &ToolsPage::check_requested);
   m_sample = button("open_sample", "open_sample", &ToolsPage::sample_requested);
   m_sample->setEnabled(false);
-  row->addWidget(m_check);
-  row->addWidget(button("open_settings", "open_settings", &ToolsPage::settings_requested));
-  row->addWidget(m_sample);
-  row->addStretch(1);
-  row->addWidget(button("close_tools", "close", &ToolsPage::closed));
+  grid->addWidget(m_check, 0, 0);
+  grid->addWidget(button("open_settings", "open_settings", &ToolsPage::settings_requested), 0, 1);
+  grid->addWidget(m_sample, 1, 0);
+  grid->addWidget(button("close_tools", "close", &ToolsPage::closed), 1, 1);
   return line;
 }
 

@@ -48,6 +48,13 @@ void prepare(QMessageBox& box, std::string_view text, Icon icon) {
 
 }  // namespace
 
+// The box puts its own English text on this button at every click.
+void WindowPrompts::name_details(QMessageBox& box, QAbstractButton& button) const {
+  const QString text = to_qt(m_texts(Section::commands, "details"));
+  button.setText(text);
+  QObject::connect(&button, &QAbstractButton::clicked, &box, [&button, text] { button.setText(text); });
+}
+
 QWidget* WindowPrompts::parent() const {
   QWidget* modal = QApplication::activeModalWidget();
   return modal != nullptr ? modal : m_parent;
@@ -60,6 +67,9 @@ void WindowPrompts::tell(std::string_view text, Icon icon) {
   if (const QString more = trouble && details ? details() : QString(); !more.isEmpty())
     box.setDetailedText(more);
   box.addButton(to_qt(m_texts(Section::commands, "ok")), QMessageBox::AcceptRole);
+  for (QAbstractButton* button : box.buttons()) {
+    if (box.buttonRole(button) == QMessageBox::ActionRole) name_details(box, *button);
+  }
   box.exec();
 }
 
@@ -71,7 +81,8 @@ Answer WindowPrompts::ask(std::string_view text, Buttons buttons, Icon icon) {
   QPushButton* last = no;
   if (buttons == Buttons::yes_no_cancel)
     last = box.addButton(to_qt(m_texts(Section::commands, "cancel")), QMessageBox::RejectRole);
-  box.setDefaultButton(yes);
+  // Enter must not do what a warning warns of.
+  box.setDefaultButton(icon == Icon::warning ? last : yes);
   box.setEscapeButton(last);
   box.exec();
   if (box.clickedButton() == yes) return Answer::yes;
@@ -81,7 +92,6 @@ Answer WindowPrompts::ask(std::string_view text, Buttons buttons, Icon icon) {
 std::optional<std::string> WindowPrompts::choose_file(const FileQuestion& question) {
   const QString title = to_qt(question.title);
   const QString filters = filter_text(question.filters);
-  // The stages ask themselves before they overwrite.
   const QString chosen =
       question.save ? QFileDialog::getSaveFileName(parent(), title, to_qt(question.proposal), filters)
                     : QFileDialog::getOpenFileName(parent(), title, to_qt(question.proposal), filters);

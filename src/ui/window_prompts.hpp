@@ -1,6 +1,8 @@
 // Message boxes and file dialogs: how the stages talk to a person at a window.
 #pragma once
 
+#include <QAbstractButton>
+#include <QMessageBox>
 #include <QString>
 #include <QWidget>
 #include <functional>
@@ -27,6 +29,7 @@ class WindowPrompts : public Prompts {
 
  private:
   [[nodiscard]] QWidget* parent() const;
+  void name_details(QMessageBox& box, QAbstractButton& button) const;
   QWidget* m_parent;
   const InterfaceTexts& m_texts;
 };

@@ -58,3 +58,30 @@ TEST_CASE("reset sets what a reset sets, and an unset field is saved as a blank 
   const Texts lines = split_lines(read_whole_file(app.home / "ferrow6.dat"));
   CHECK(lines[static_cast<std::size_t>(find_field("description")->line)].empty());
 }
+
+TEST_CASE("a damaged settings file is kept, told, and its backup is not overwritten") {
+  StandIn app;
+  app.home.write("ferrow6.dat", std::string(3000, '\0'));
+  app.home.write("backupsettings.mpdat", "\r\n\r\n\r\n\r\ngood.pbf\r\n");
+  REQUIRE(start_up(app.workspace, app.prompts).ok());
+  REQUIRE_FALSE(app.prompts.tells().empty());
+  CHECK(contains(app.prompts.tells().front(), "the settings file is damaged.\r\nIt was kept as "));
+  CHECK(contains(app.prompts.tells().front(), "Available backup:"));
+  CHECK(file_size(app.home / "ferrow6.dat.damaged") == 3000);
+  REQUIRE(save_on_exit(app.workspace).ok());
+  CHECK(contains(read_whole_file(app.home / "backupsettings.mpdat"), "good.pbf"));
+  app.prompts.chosen = {app.home / "backupsettings.mpdat"};
+  app.prompts.answers = {Answer::yes};
+  CHECK(restore_settings(app.workspace, app.prompts));
+  CHECK(app.workspace.settings.input == "good.pbf");
+}
+
+TEST_CASE("a backup under a name that had no ending asks before it overwrites") {
+  StandIn app;
+  app.home.write("mine.mpdat", "older");
+  app.prompts.chosen = {app.home / "mine"};
+  app.prompts.answers = {Answer::no};
+  CHECK_FALSE(back_up_settings(app.workspace, app.prompts));
+  CHECK(app.prompts.asks().front().starts_with("File exists. Overwrite?"));
+  CHECK(read_whole_file(app.home / "mine.mpdat") == "older");
+}

@@ -117,11 +117,11 @@ TEST_CASE("areas and template are joined by number, what is odd about them is to
 TEST_CASE("label and selection") {
   TileList tiles(2);
   tiles[0].number = "13224380";
-  CHECK(tile_list_label({}) == " NOT split");
-  CHECK(tile_list_label(tiles) == "Using all splitter files");
+  CHECK(tile_list_label({}, {}) == " NOT split");
+  CHECK(tile_list_label(tiles, {}) == "Using all splitter files");
   CHECK(select_tiles(tiles, {"13224380", "13224380"}).ok());
   CHECK(select_tiles(tiles, {"13224380", "9", "x"}).error == "No such tile: 9, x");
-  CHECK(tile_list_label(tiles) == " (Maps Selected:1)");
+  CHECK(tile_list_label(tiles, {}) == " (Maps Selected:1)");
   CHECK(select_tiles(tiles, {}).ok());
   CHECK(selected_count(tiles) == 0);
 }

@@ -61,6 +61,7 @@ class TestF1 : public QObject {
   void odd_settings_files();
   void folder_that_cannot_be_used();
   void files_menu();
+  void inputs_of_every_kind();
 };
 
 // With the real splitter and mkgmap on the sample map.
@@ -334,6 +335,33 @@ void TestF1::files_menu() {
   desk.window->open_input(QStringLiteral("/x/y.auto"));
   QCOMPARE(desk.prompts.said.back().text, std::string("Not as yet available"));
   QVERIFY(desk.control<QLineEdit>("Text1")->text().endsWith(QStringLiteral("map.osm")));
+}
+
+void TestF1::inputs_of_every_kind() {
+  PreparedDesk desk;
+  desk.split();
+  const auto state = [&] { return desk.control<QLabel>("lab1")->text(); };
+  // Changed after the split: the tiles are still shown, with the warning.
+  std::filesystem::last_write_time(desk.path("map.osm"),
+                                   std::filesystem::file_time_type::clock::now() + std::chrono::hours(1));
+  desk.window->open_input(to_qt(desk.path("map.osm")));
+  QCOMPARE(state(), QStringLiteral("Splitter files may not be up-to-date"));
+  QCOMPARE(desk.workspace().tiles.size(), std::size_t{3});
+  // A name that looks like HTML is shown as it is.
+  desk.window->open_input(QStringLiteral("/no/<b>such</b>.pbf"));
+  QCOMPARE(state(), QStringLiteral("Cannot find file /no/<b>such</b>.pbf"));
+  QCOMPARE(desk.control<QLabel>("lab1")->textFormat(), Qt::PlainText);
+  QVERIFY(desk.workspace().tiles.empty());
+  desk.prompts.forget();
+  desk.window->open_input(to_qt(desk.home()));
+  QVERIFY(contains(desk.prompts.said.back().text, "is a folder"));
+  QCOMPARE(desk.workspace().settings.input, std::string("/no/<b>such</b>.pbf"));
+  // An input that needs no split tells so, and Create Map builds it whole.
+  const std::string other = desk.write("other & more.osm", small_map);
+  desk.window->open_input(to_qt(other));
+  QCOMPARE(state(), QStringLiteral("Does not need splitting"));
+  desk.press("Command_create");
+  QVERIFY(file_has_content(platform::join(build_output_folder(desk.workspace().settings), "13224385.img")));
 }
 
 QTEST_MAIN(TestF1)

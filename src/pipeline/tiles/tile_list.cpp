@@ -133,6 +133,16 @@ void set_splitterfiles(Workspace& workspace, Prompts& prompts) {
   warn_of_max_nodes(workspace, prompts);
 }
 
+void load_tiles_of_input(Workspace& workspace, Prompts& prompts) {
+  workspace.tiles.clear();
+  workspace.saved_selection = false;
+  workspace.split_state = input_state(workspace);
+  const bool may_have_tiles = workspace.split_state == SplitState::needs_splitting &&
+                              is_last_split_input(workspace.settings) && lists_areas(workspace);
+  if (may_have_tiles && count_tiles(split_folder(workspace)).complete())
+    set_splitterfiles(workspace, prompts);
+}
+
 SplitState chksplit_date(const Workspace& workspace) {
   const std::optional<double> list_time = platform::change_time(split_file(workspace, areas_list_name));
   const std::optional<double> input_time = platform::change_time(workspace.settings.input);
@@ -172,10 +182,12 @@ TileList join_tiles(std::string_view areas_list_text, std::string_view template_
   return joined(parse_areas_list(areas_list_text), template_text);
 }
 
-std::optional<StateDisplay> state_display(SplitState state, const MessageTable& messages) {
+std::optional<StateDisplay> state_display(SplitState state, const Workspace& workspace) {
+  const MessageTable& messages = workspace.messages;
+  const auto label = [&](std::string_view key) { return workspace.texts(Section::labels, key); };
   switch (state) {
     case SplitState::no_files:
-      return StateDisplay{"No files", {0, 0, 0}};
+      return StateDisplay{label("no_files"), {0, 0, 0}};
     case SplitState::input_missing:
       return StateDisplay{messages(message_cannot_find), {255, 0, 0}};
     case SplitState::unknown:
@@ -185,15 +197,16 @@ std::optional<StateDisplay> state_display(SplitState state, const MessageTable& 
     case SplitState::needs_splitting:
       return StateDisplay{messages(message_needs_splitting), {252, 125, 0}};
     case SplitState::not_up_to_date:
-      return StateDisplay{"Splitter files may not be up-to-date", {17, 125, 5}};
+      return StateDisplay{label("not_up_to_date"), {17, 125, 5}};
   }
   return std::nullopt;
 }
 
-std::string tile_list_label(const TileList& tiles) {
-  if (tiles.empty()) return " NOT split";
+std::string tile_list_label(const TileList& tiles, const InterfaceTexts& texts) {
+  if (tiles.empty()) return texts(Section::labels, "not_split");
   const std::size_t selected = selected_count(tiles);
-  return selected == 0 ? "Using all splitter files" : " (Maps Selected:" + std::to_string(selected) + ")";
+  if (selected == 0) return texts(Section::labels, "using_all");
+  return texts(Section::labels, "maps_selected") + std::to_string(selected) + ")";
 }
 
 Status select_tiles(TileList& tiles, const std::vector<std::string>& numbers) {

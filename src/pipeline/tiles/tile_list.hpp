@@ -21,6 +21,9 @@ const std::vector<std::string>& tile_endings();
 // Reloads the tile list from the split output folder and sets the split state. Tiles that are known to be of
 // another input are not listed.
 void set_splitterfiles(Workspace& workspace, Prompts& prompts);
+// What choosing an input does: its state, and its tiles when it is the input of the last split and all of
+// them are there, also older ones (not_up_to_date).
+void load_tiles_of_input(Workspace& workspace, Prompts& prompts);
 // Compares the date of the split with that of the input: not_up_to_date when the input is newer.
 SplitState chksplit_date(const Workspace& workspace);
 // State of the current input before anything is asked of the splitter's files.
@@ -48,9 +51,9 @@ struct StateDisplay {
   Rgb colour;
 };
 // Indicator of a state; nothing for a state that leaves the indicator unchanged.
-std::optional<StateDisplay> state_display(SplitState state, const MessageTable& messages);
+std::optional<StateDisplay> state_display(SplitState state, const Workspace& workspace);
 // "Using all splitter files", " (Maps Selected:3)" or " NOT split".
-std::string tile_list_label(const TileList& tiles);
+std::string tile_list_label(const TileList& tiles, const InterfaceTexts& texts);
 
 // Selects exactly these tile numbers (an empty list selects none, so that all are built). The error names
 // the numbers that the list does not hold; nothing is changed then.
