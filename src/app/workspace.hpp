@@ -39,6 +39,7 @@ struct Workspace {
   SplitState split_state = SplitState::unknown;
   bool saved_selection = false;        // the selection came from a saved argument file
   bool settings_were_damaged = false;  // found so at this start
+  bool script_running = false;         // an automation script runs: no confirmations, no results told
   bool splitting = false;              // a split runs
   std::size_t expected_tiles = 0;      // of the split that runs
   std::string registered_fids = ",";   // comma lists, filled by the collection of registered maps

@@ -35,11 +35,15 @@ class UnfinishedFolder {
 
   Status make() { return make_part(m_path); }
 
-  Status take(const FileToCopy& file) {
+  Status take(const FileToCopy& file, bool link) {
     const std::string target = platform::join(m_path, native_name(file.name));
     if (Status made = make_part(platform::folder_of(target)); !made.ok()) return made;
     m_files.push_back(target);
-    if (Status copied = copy_file(file.from, target); !copied.ok()) return copied;
+    std::error_code no_link;
+    if (link) fs::create_hard_link(file_system_path(file.from), file_system_path(target), no_link);
+    if (!link || no_link) {
+      if (Status copied = copy_file(file.from, target); !copied.ok()) return copied;
+    }
     if (file_size(target) == file_size(file.from)) return {};
     return {target + ": the copy has not the size of " + file.from};
   }
@@ -117,12 +121,12 @@ std::uint64_t total_size(const std::vector<FileToCopy>& files) {
 }
 
 Status copy_file_set(const std::vector<FileToCopy>& files, const std::string& target_folder,
-                     const CopyProgress& progress, const std::string& stopped) {
+                     const CopyProgress& progress, const std::string& stopped, bool link) {
   // Without a separator at its end, which would make the neighbour a child.
   const std::string folder = platform::folder_of(platform::join(target_folder, "x"));
   const std::uint64_t all_bytes = total_size(files);
   if (Status free = check_targets(files, folder); !free.ok()) return free;
-  if (Status enough = check_space(all_bytes, folder); !enough.ok()) return enough;
+  if (Status enough = check_space(link ? 0 : all_bytes, folder); !enough.ok()) return enough;
   UnfinishedFolder unfinished(folder);
   if (Status made = unfinished.make(); !made.ok()) return made;
   std::uint64_t done = 0;
@@ -130,7 +134,7 @@ Status copy_file_set(const std::vector<FileToCopy>& files, const std::string& ta
     if (progress &&
         !progress(all_bytes == 0 ? 0 : static_cast<double>(done) / static_cast<double>(all_bytes)))
       return {stopped};
-    if (Status taken = unfinished.take(file); !taken.ok()) return taken;
+    if (Status taken = unfinished.take(file, link); !taken.ok()) return taken;
     done += file_size(file.from);
   }
   return unfinished.put_in_place(files, folder);

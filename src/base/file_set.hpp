@@ -21,9 +21,10 @@ using CopyProgress = std::function<bool(double)>;
 
 // Makes the folder when it is missing and replaces files of the same names in it; other files there stay.
 // Copying that fails (no space, a file that cannot be read, stopped) leaves the folder as it was and nothing
-// beside it. `stopped` is the error for a stop.
+// beside it. `stopped` is the error for a stop. With `link` the names are hard links to the files where the
+// disk can do that: no space is taken, and neither name may be written to in place afterwards.
 Status copy_file_set(const std::vector<FileToCopy>& files, const std::string& target_folder,
-                     const CopyProgress& progress, const std::string& stopped);
+                     const CopyProgress& progress, const std::string& stopped, bool link = false);
 std::uint64_t total_size(const std::vector<FileToCopy>& files);
 
 }  // namespace ferrowen

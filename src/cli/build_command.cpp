@@ -7,6 +7,7 @@
 #include "cli/run_options.hpp"
 #include "pipeline/build.hpp"
 #include "pipeline/identifiers.hpp"
+#include "pipeline/registration.hpp"
 #include "pipeline/tiles/input_file.hpp"
 #include "platform/system.hpp"
 #include "runner/command.hpp"
@@ -54,7 +55,8 @@ ExitStatus build(Session& session, RunSettings& run, const BuildRequest& request
   Workspace& workspace = session.workspace;
   query_java_version(workspace, session.prompts, session.progress);
   if (session.progress.stop_requested()) return stop_before_run(session, run);
-  const BuildReport report = make_map(workspace, session.prompts, session.progress, BuildServices{}, request);
+  const BuildReport report = make_map(workspace, session.prompts, session.progress,
+                                      build_services(session.prompts, session.progress), request);
   tell_end_of_run(session, report.result);
   show_report(session, report);
   return save_after_run(session, run, exit_status_of(report.result));

@@ -39,19 +39,18 @@ std::string files_text(const BuildReport& report) {
   const bool sum_up = tiles > most_tiles_shown;
   Table table({{"File"}, {"Size", Table::Align::right}});
   if (sum_up) table.add({std::to_string(tiles) + " tile images", size_text(tile_bytes)});
+  const std::string folder = platform::folder_of(report.files.front().path);
   for (const MadeFile& file : report.files) {
-    if (!sum_up || !is_tile_image(file.path)) table.add({platform::name_of(file.path), size_text(file.size)});
+    const bool is_there = platform::folder_of(file.path) == folder;
+    if (!sum_up || !is_tile_image(file.path))
+      table.add({is_there ? platform::name_of(file.path) : file.path, size_text(file.size)});
   }
   const std::string where = report.result == StageResult::done ? "Made in " : "Left for a look in ";
-  return table.text() + "\n" + where + platform::folder_of(report.files.front().path) + "\n";
+  return table.text() + "\n" + where + folder + "\n";
 }
 
 std::string image_text(const BuildReport& report) {
-  if (report.result != StageResult::done) return "";
-  for (const MadeFile& file : report.files) {
-    if (platform::name_of(file.path) == "gmapsupp.img") return "Device image: " + file.path + "\n";
-  }
-  return "";
+  return report.image.empty() ? "" : "Device image: " + report.image + "\n";
 }
 
 }  // namespace
@@ -61,6 +60,7 @@ std::string report_text(const BuildReport& report) {
   if (!report.stages.empty() && !report.command.empty()) text += stages_text(report);
   if (!report.files.empty())
     text += (text.empty() ? "" : "\n") + files_text(report) + image_text(report) +
+            (report.registered_folder.empty() ? "" : "Registered: " + report.registered_folder + "\n") +
             "Family ID: " + report.fid + "\n";
   return text;
 }
@@ -69,6 +69,8 @@ void show_report(Session& session, const BuildReport& report) {
   session.show(terminal_text(report_text(report)) + (report_text(report).empty() ? "" : "\n"));
   session.json["command"] = report.command;
   session.json["tiles"] = report.tiles;
+  session.json["image"] = report.image;
+  session.json["registered_folder"] = report.registered_folder;
   session.json["fid"] = report.fid;
   session.json["stages"] = Json::array();
   for (const StageTime& stage : report.stages)

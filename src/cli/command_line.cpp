@@ -50,6 +50,23 @@ constexpr const char* language_footer = R"(Examples:
 
 Exit status of check: 0 nothing to do, 1 something found, 2 unreadable.)";
 
+constexpr const char* maps_footer =
+    R"(The registry is that of this system, of a Wine prefix (the setting wine-prefix, or ~/.wine with Garmin
+programs in it), or a store of this program's own.
+Examples:
+  ferrowen build faroe-islands.osm.pbf --name "My Map" --fid auto --register
+  ferrowen maps list
+  ferrowen maps remove "My Map"
+  ferrowen maps unused)";
+
+constexpr const char* unused_maps_footer =
+    R"(Folders with a built map that no registered family uses, in the output
+folder and the folder of registered maps. A folder may be named by its path or by its name alone.
+Examples:
+  ferrowen maps unused
+  ferrowen maps unused --delete Old_Map --delete /data/maps/Test
+  ferrowen maps unused --recover Old_Map)";
+
 std::string footer(const std::string& text) {
   return text.empty() ? global_hint : text + "\n\n" + global_hint;
 }
@@ -149,6 +166,8 @@ void add_run_options(CLI::App& build, BuildArguments& arguments) {
   text_option(build, "--max-nodes", arguments.max_nodes, "N",
               "Split again, with at most so many nodes in a tile");
   build.add_flag("--gmapsupp", arguments.device_image, "Make a device image (gmapsupp.img)");
+  build.add_flag("--register", arguments.register_map, "Register the map with BaseCamp and MapSource");
+  build.add_flag("--installer", arguments.installer, "Make a Windows installer with makensis");
   build.add_flag("--dem", arguments.dem, "Add a digital elevation model");
   build.add_option("--contours", arguments.contours, "Contour lines; clip: cut to the map area")
       ->type_name("yes|clip|no")
@@ -192,6 +211,33 @@ void add_language(CLI::App& app, LanguageArguments& arguments) {
            "Language file to read");
 }
 
+void add_unused_maps(CLI::App& maps, UnusedMapsArguments& arguments) {
+  CLI::App* unused = maps.add_subcommand("unused", "List, delete or recover maps that nothing uses any more");
+  unused->group("Commands");
+  unused->footer(footer(unused_maps_footer));
+  CLI::Option* remove =
+      unused->add_option("--delete", arguments.remove, "Delete these folders; asks first")->type_name("DIR");
+  unused->add_option("--recover", arguments.recover, "Register the map of this folder again")
+      ->type_name("DIR")
+      ->take_last()
+      ->excludes(remove);
+}
+
+void add_maps(CLI::App& app, MapsArguments& arguments, UnusedMapsArguments& unused) {
+  CLI::App* maps = add_command(app, "maps", "Maps that are kept on this machine", maps_footer);
+  maps->require_subcommand(1);
+  CLI::App* list = maps->add_subcommand("list", "Show the maps that BaseCamp and MapSource know");
+  list->callback([&arguments] { arguments.action = MapsArguments::Action::list; });
+  CLI::App* remove = maps->add_subcommand("remove", "Remove a registered map and its files; asks first");
+  remove->callback([&arguments] { arguments.action = MapsArguments::Action::remove; });
+  remove->add_option("NAME", arguments.name, "Product name of the map")->type_name("")->required();
+  for (CLI::App* command : {list, remove}) {
+    command->group("Commands");
+    command->footer(global_hint);
+  }
+  add_unused_maps(*maps, unused);
+}
+
 struct Parser {
   CLI::App app{"Turns OpenStreetMap data into Garmin maps."};
   GlobalOptions global;
@@ -200,6 +246,8 @@ struct Parser {
   TilesArguments tiles;
   BuildArguments build;
   LanguageArguments language;
+  MapsArguments maps;
+  UnusedMapsArguments unused_maps;
 
   Parser() {
     constexpr std::size_t column = 28;
@@ -215,6 +263,7 @@ struct Parser {
     add_split(app, split);
     add_tiles(app, tiles);
     add_build(app, build);
+    add_maps(app, maps, unused_maps);
     add_language(app, language);
     app.require_subcommand(1);
     app.footer(main_footer);
@@ -224,6 +273,10 @@ struct Parser {
     if (app.got_subcommand("settings")) return {global, settings};
     if (app.got_subcommand("split")) return {global, split};
     if (app.got_subcommand("tiles")) return {global, tiles};
+    if (app.got_subcommand("maps")) {
+      if (app.get_subcommand("maps")->got_subcommand("unused")) return {global, unused_maps};
+      return {global, maps};
+    }
     if (app.got_subcommand("language")) return {global, language};
     return {global, build};
   }

@@ -33,7 +33,8 @@ struct TilesArguments {
 struct BuildArguments {
   std::optional<std::string> input, name, fid, map_id, style, typ, tiles, country, description, output;
   std::optional<std::string> memory, max_nodes, contours, hgt;
-  bool device_image = false, dem = false, split_again = false, print = false, save_arguments = false;
+  bool device_image = false, register_map = false, installer = false, dem = false, split_again = false,
+       print = false, save_arguments = false;
   std::vector<std::string> options;  // further mkgmap options, in order
 };
 
@@ -43,9 +44,22 @@ struct LanguageArguments {
   std::string file;  // write_template, check
 };
 
+struct MapsArguments {
+  enum class Action : unsigned char { list, remove };
+  Action action = Action::list;
+  std::string name;  // remove: the product
+};
+
+struct UnusedMapsArguments {
+  std::vector<std::string> remove;  // folders to delete
+  std::optional<std::string> recover;
+};
+
 struct CommandLine {
   GlobalOptions global;
-  std::variant<SettingsArguments, SplitArguments, TilesArguments, BuildArguments, LanguageArguments> command;
+  std::variant<SettingsArguments, SplitArguments, TilesArguments, BuildArguments, LanguageArguments,
+               MapsArguments, UnusedMapsArguments>
+      command;
 };
 
 struct ParsedCommandLine {

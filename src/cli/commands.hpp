@@ -12,5 +12,7 @@ ExitStatus run_command(Session& session, const SplitArguments& arguments);
 ExitStatus run_command(Session& session, const TilesArguments& arguments);
 ExitStatus run_command(Session& session, const BuildArguments& arguments);
 ExitStatus run_command(Session& session, const LanguageArguments& arguments);
+ExitStatus run_command(Session& session, const MapsArguments& arguments);
+ExitStatus run_command(Session& session, const UnusedMapsArguments& arguments);
 
 }  // namespace ferrowen

@@ -51,8 +51,14 @@ Status apply_option_lines(RunSettings& run, const std::vector<std::string>& line
 
 Status apply_outputs(RunSettings& run, const BuildArguments& arguments) {
   const Settings& stored = run.stored();
-  if (arguments.device_image || !(stored.device_image || stored.register_map))
-    return run.set("gmapsupp", "1");
+  if (arguments.installer) {
+    if (Status set = run.set("installer", "1"); !set.ok()) return set;
+  }
+  if (arguments.register_map) {
+    if (Status set = run.set("register", "1"); !set.ok()) return set;
+  }
+  const bool registers = arguments.register_map || stored.register_map;
+  if (arguments.device_image || !(stored.device_image || registers)) return run.set("gmapsupp", "1");
   return {};
 }
 

@@ -10,9 +10,12 @@
 #include "pipeline/argument_files.hpp"
 #include "pipeline/build_plan.hpp"
 #include "pipeline/build_run.hpp"
+#include "pipeline/delivery.hpp"
 #include "pipeline/identifiers.hpp"
+#include "pipeline/installer.hpp"
 #include "pipeline/mkgmap_command.hpp"
 #include "pipeline/options_text.hpp"
+#include "pipeline/previous_map.hpp"
 #include "pipeline/tiles/input_file.hpp"
 #include "pipeline/tiles/tile_list.hpp"
 #include "platform/files.hpp"
@@ -248,10 +251,17 @@ Status check_command(const Workspace& workspace) {
   return {prepared_script(command.value, {}, workspace.messages).error};
 }
 
+// An own script says itself what it makes.
+bool delivery_is_possible(const Workspace& workspace, Prompts& prompts) {
+  const bool wants_installer = workspace.settings.installer && !workspace.settings.own_script;
+  return !wants_installer || check_installer(workspace, prompts);
+}
+
 StageResult split_first(Workspace& workspace, Prompts& prompts, Progress& progress,
                         const BuildServices& services, BuildReport& report) {
   workspace.tiles.clear();
-  if (check_build(workspace, prompts, progress, services, CheckScope::before_split) == CheckResult::stop)
+  if (check_build(workspace, prompts, progress, services, CheckScope::before_split) == CheckResult::stop ||
+      !delivery_is_possible(workspace, prompts))
     return StageResult::stopped;
   if (const Status sound = check_command(workspace); !sound.ok()) {
     prompts.tell(sound.error, Icon::critical);
@@ -281,10 +291,27 @@ void plan_tiles_to_come(Workspace& workspace, const BuildRequest& request, PlanF
 
 }  // namespace
 
+namespace {
+
+// A map that cannot be registered is still delivered in every other way; the build then counts as failed.
+StageResult register_when_wanted(Workspace& workspace, const BuildServices& services, BuildReport& report) {
+  const bool wanted = workspace.settings.register_map && report.result == StageResult::done;
+  if (!wanted || !services.register_built) return StageResult::done;
+  const double start = now();
+  const StageResult result = services.register_built(workspace, report);
+  report.stages.push_back({"register", now() - start});
+  return result;
+}
+
+}  // namespace
+
 BuildReport create_map(Workspace& workspace, Prompts& prompts, Progress& progress,
                        const BuildServices& services, CheckScope scope) {
   BuildReport report;
-  if (check_build(workspace, prompts, progress, services, scope) == CheckResult::stop) return report;
+  if (check_build(workspace, prompts, progress, services, scope) == CheckResult::stop ||
+      !delivery_is_possible(workspace, prompts))
+    return report;
+  const ImageDates images_before = image_dates(workspace.settings);
   BuildPlan plan;
   const std::string script = createselectedarg(workspace, prompts, plan);
   if (script == cancelled_text) return report;
@@ -294,6 +321,14 @@ BuildReport create_map(Workspace& workspace, Prompts& prompts, Progress& progres
   report.result = run_build(workspace, prompts, progress, script, plan, report);
   report.stages.push_back({"build", now() - start});
   report.tiles = plan.map_names.size();
+  const StageResult registered = register_when_wanted(workspace, services, report);
+  deliver(workspace, prompts, progress, images_before, report);
+  // After what later stages moved; a list that cannot be written costs "Remove Previous Map" alone.
+  if (!workspace.built_files.empty()) {
+    if (const Status kept = remember_built_files(workspace); !kept.ok())
+      prompts.tell(kept.error, Icon::warning);
+  }
+  if (report.result == StageResult::done) report.result = registered;
   return report;
 }
 

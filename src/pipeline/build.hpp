@@ -26,9 +26,11 @@ struct MadeFile {
 struct BuildReport {
   StageResult result = StageResult::stopped;
   std::vector<StageTime> stages;
-  std::vector<MadeFile> files;  // what this build made, in the output folder
-  std::string command;          // as run
-  std::string fid;              // family ID of the map
+  std::vector<MadeFile> files;    // what this build made, each where it is now
+  std::string image;              // the device image in the place that it was brought to; "" for none
+  std::string registered_folder;  // of the registered map; "" for none
+  std::string command;            // as run
+  std::string fid;                // family ID of the map
   std::size_t tiles = 0;
 };
 
@@ -38,7 +40,8 @@ struct BuildRequest {
   bool use_saved_selection = false;
 };
 
-// Create Map: the checks, then the build of the tiles (or of the unsplit input).
+// Create Map: the checks, then the build of the tiles (or of the unsplit input), then the stages of
+// pipeline/delivery.hpp.
 BuildReport create_map(Workspace& workspace, Prompts& prompts, Progress& progress,
                        const BuildServices& services, CheckScope scope = CheckScope::all);
 // The same from any state: splits first when the input needs it, then selects and builds.

@@ -8,13 +8,18 @@
 
 #include "app/workspace.hpp"
 #include "base/prompts.hpp"
+#include "pipeline/tiles/splitter.hpp"
 
 namespace ferrowen {
+
+struct BuildReport;
 
 // What the checks need to know from stages beside the build.
 struct BuildServices {
   // Fills the lists of registered families and names of the workspace.
   std::function<void(Workspace&)> collect_registered = [](Workspace&) {};
+  // Registers the map of a good build; without it no build registers anything.
+  std::function<StageResult(Workspace&, BuildReport&)> register_built;
 };
 
 // A build that splits first makes the checks that need no tiles before the split, so that nobody waits for

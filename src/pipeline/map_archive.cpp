@@ -10,6 +10,7 @@
 #include "pipeline/argument_files.hpp"
 #include "pipeline/build_plan.hpp"
 #include "pipeline/build_run.hpp"
+#include "pipeline/device_image.hpp"
 #include "pipeline/tiles/tile_list.hpp"
 #include "platform/files.hpp"
 #include "platform/paths.hpp"
@@ -39,6 +40,11 @@ std::vector<std::string> files_of_plan(const Workspace& workspace) {
   std::vector<std::string> files = expected_files(workspace.settings, plan.value, folder);
   const std::vector<std::string> further = further_files(workspace.settings, plan.value, folder);
   files.insert(files.end(), further.begin(), further.end());
+  // The build has moved its image on.
+  const auto never_asked = [](const std::string&) { return false; };
+  if (workspace.settings.device_image)
+    files.push_back(
+        image_target(workspace.settings, image_folder(workspace.settings), true, never_asked).path);
   std::erase_if(files, [](const std::string& path) { return !is_map_file(path); });
   return files;
 }

@@ -20,6 +20,8 @@ std::optional<double> change_time(const std::string& path);
 bool folder_is_writable(const std::string& folder);
 // Bytes free for this user on the volume that holds `path`.
 std::optional<std::uint64_t> free_space(const std::string& path);
+// A symbolic link or, on Windows, a junction: a name whose content lies elsewhere. Wherever it leads.
+bool is_link(const std::string& path);
 // Local calendar time, without the shared buffer of std::localtime.
 std::tm local_time(std::time_t seconds);
 

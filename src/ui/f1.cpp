@@ -16,6 +16,7 @@
 #include "app/start_up.hpp"
 #include "app/style_backup.hpp"
 #include "base/files.hpp"
+#include "pipeline/registration.hpp"
 #include "pipeline/tiles/tile_list.hpp"
 #include "platform/paths.hpp"
 #include "ui/qt_text.hpp"
@@ -77,6 +78,7 @@ void f1::first_activation() {
   run_stage([this] {
     reload_tiles();
     query_java();
+    build_services(*m_prompts, *m_progress).collect_registered(m_workspace);
     const AfterStartUp next = check_main_path(m_workspace, *m_prompts);
     if (next == AfterStartUp::offer_restore) restored(restore_settings(m_workspace, *m_prompts));
     if (next == AfterStartUp::open_settings) show_settings_window(Page::tools);

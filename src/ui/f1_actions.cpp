@@ -14,6 +14,7 @@
 #include "pipeline/build.hpp"
 #include "pipeline/identifiers.hpp"
 #include "pipeline/previous_map.hpp"
+#include "pipeline/registration.hpp"
 #include "pipeline/tiles/input_file.hpp"
 #include "pipeline/tiles/tile_list.hpp"
 #include "platform/desktop.hpp"
@@ -134,7 +135,8 @@ void f1::split_map() {
 
 void f1::create_map() {
   if (m_busy || !take_settings()) return;
-  if (!confirm_new_map(m_workspace, *m_prompts, from_qt(m_built_name))) return;
+  const Collect collect = build_services(*m_prompts, *m_progress).collect_registered;
+  if (!confirm_new_map(m_workspace, *m_prompts, from_qt(m_built_name), collect)) return;
   show_record();
   run_stage([this] {
     m_progress->begin();
@@ -149,13 +151,13 @@ void f1::create_map() {
 }
 
 BuildReport f1::create_map_stage() {
-  BuildReport report = ferrowen::create_map(m_workspace, *m_prompts, *m_progress, BuildServices{});
+  const BuildServices services = build_services(*m_prompts, *m_progress);
+  BuildReport report = ferrowen::create_map(m_workspace, *m_prompts, *m_progress, services);
   if (report.result != StageResult::done) return report;
-  m_built_name = to_qt(m_workspace.settings.map_name);
+  const bool registered = !report.registered_folder.empty();
+  m_built_name = registered ? QString() : to_qt(m_workspace.settings.map_name);
   m_progress->fraction(1);
   m_open_folder->setVisible(true);
-  if (const Status kept = remember_built_files(m_workspace); !kept.ok())
-    m_prompts->tell(kept.error, Icon::warning);
   std::string text = m_workspace.message(96) + ":";
   for (const MadeFile& file : report.files)
     text += "\r\n" + file.path;
@@ -167,7 +169,7 @@ BuildReport f1::create_map_stage() {
 
 void f1::draw_fid() {
   if (!take_settings()) return;
-  new_id(m_workspace, *m_prompts);
+  new_id(m_workspace, *m_prompts, build_services(*m_prompts, *m_progress).collect_registered);
   show_record();
 }
 

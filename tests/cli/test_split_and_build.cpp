@@ -48,7 +48,9 @@ TEST_CASE("split, tiles, build with a stand-in for Java") {
     CHECK(object.at("result") == "done");
     CHECK(object.at("tiles") == 2);
     CHECK(contains(object.at("command").get<std::string>(), "Once"));
-    CHECK(file_has_content(tools.home / "out/gmapsupp.img"));
+    CHECK(object.at("image") == platform::join(tools.home / "gmapsupp", "Once.img"));
+    CHECK(file_has_content(tools.home / "gmapsupp/Once.img"));
+    CHECK_FALSE(file_exists(tools.home / "out/gmapsupp.img"));
     CHECK(tools.stored("map-name") == "Demo Map");
     CHECK(file_exists(tools.home / file_name::settings_backup));
   }

@@ -32,7 +32,7 @@ struct StandIn {
     workspace.settings.java = stand_in_java();
     workspace.settings.typ.clear();
     set("splitter={home}/splitter.jar; mkgmap={home}/mkgmap.jar; output-folder={home}/out; use-typ=0; "
-        "gmapsupp=1; fid=1234; input={home}/map.osm");
+        "gmapsupp=1; fid=1234; input={home}/map.osm; confirm-image-overwrite=0");
     workspace.java_version = "openjdk version 17";
     prompts.said.clear();
   }

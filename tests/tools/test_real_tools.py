@@ -56,7 +56,8 @@ class RealTools(unittest.TestCase):
         return run
 
     def build_sample(self, *words, **keywords):
-        self.ferrowen("settings", "set", SMALL_TILES)
+        # Images of later builds lie beside the first: nothing is asked.
+        self.ferrowen("settings", "set", SMALL_TILES, "confirm-image-overwrite=0")
         return self.ferrowen("build", SAMPLE, "--split", "--fid", "1234", "--gmapsupp", *words, **keywords)
 
     def images(self):
@@ -73,12 +74,72 @@ class Building(RealTools):
         self.assertEqual(report["result"], "done")
         self.assertGreaterEqual(len(self.images()), 3)
         made = {pathlib.Path(file["path"]).name for file in report["files"]}
-        self.assertTrue({"gmapsupp.img", "osmmap.tdb", "osmmap.mdx"} <= made)
+        self.assertTrue({"FaroeIslands.img", "osmmap.tdb", "osmmap.mdx"} <= made)
+        image = self.home / "gmapsupp" / "FaroeIslands.img"
+        self.assertEqual(report["image"], str(image))
+        self.assertGreater(image.stat().st_size, 100000)
+        self.assertFalse((self.output / "gmapsupp.img").exists())
         self.assertIn('--country-name="United Kingdom"', report["command"])
         # The TDB names the family: 'P' first, the family ID at offset 5.
         tdb = (self.output / "osmmap.tdb").read_bytes()
         self.assertEqual((tdb[:1], tdb[5:7]), (b"P", struct.pack("<H", 1234)))
         self.assertEqual(list(self.output.glob("*.before")), [])
+
+    def test_images_of_later_builds_find_a_free_name_or_ask(self):
+        for name in ("DemoMap.img", "DemoMapA.img"):
+            self.build_sample()
+            self.assertTrue((self.home / "gmapsupp" / name).exists())
+        first = (self.home / "gmapsupp" / "DemoMap.img").read_bytes()
+        self.ferrowen("settings", "set", "confirm-image-overwrite=1", "keep-image=1")
+        run = self.ferrowen("build", "--fid", "4321", status=3)
+        self.assertIn("File exists. Overwrite? [y/N] No", run.stderr)
+        self.assertEqual((self.home / "gmapsupp" / "DemoMap.img").read_bytes(), first)
+        self.ferrowen("--yes", "build", "--fid", "4321")
+        copy = (self.home / "gmapsupp" / "DemoMap.img").read_bytes()
+        self.assertEqual(copy, (self.output / "gmapsupp.img").read_bytes())
+        self.assertNotEqual(copy, first)
+
+    def install_under_wine(self, name):
+        """The default target is a 32-bit program; its 64-bit sister, from the same script, runs under any Wine."""
+        subprocess.run(["makensis", "-XTarget amd64-unicode", "osmmap.nsi"], cwd=self.output, check=True,
+                       capture_output=True, env={**os.environ, "LC_ALL": "C.UTF-8"})
+        prefix = self.root / "prefix"
+        wine = {"cwd": self.output, "check": True, "capture_output": True, "timeout": 300,
+                "env": {**os.environ, "WINEPREFIX": str(prefix), "WINEDEBUG": "-all", "LC_ALL": "C.UTF-8", "DISPLAY": ""}}
+        subprocess.run(["wine", "./" + name + ".exe", "/S"], **wine)
+        family = "HKLM\\Software\\Garmin\\MapSource\\Families\\" + name
+        found = subprocess.run(["wine", "reg", "query", family, "/v", "ID"], **wine).stdout
+        self.assertIn(b"D204", found)
+        installed = prefix / "drive_c" / "Garmin" / "Maps" / name
+        for file in ("13224385.img", "osmmap.tdb"):
+            self.assertEqual((installed / file).read_bytes(), (self.output / file).read_bytes())
+
+    def test_installer(self):
+        name = "Möðru & 100% (x)"
+        report = json.loads(self.build_sample("--name", name, "--installer", "--json").stdout)
+        self.assertEqual([stage["stage"] for stage in report["stages"]][-2:], ["device image", "installer"])
+        installer = self.output / (name + ".exe")
+        self.assertIn(str(installer), [file["path"] for file in report["files"]])
+        made = installer.read_bytes()
+        self.assertEqual(made[:2], b"MZ")
+        self.install_under_wine(name)
+        installer.write_bytes(made)
+        # A builder that refuses its script, whatever it says at its end: the installer of before stays.
+        (self.output / "osmmap.nsi").unlink()
+        builder = self.root / "makensis"
+        builder.write_text("#!/bin/sh\necho 'no files found.'\nexit 0\n")
+        builder.chmod(0o755)
+        self.ferrowen("settings", "set", f"makensis={builder}")
+        run = self.ferrowen("build", "--name", name, "--fid", "1234", "--installer", status=1)
+        self.assertIn("No files created. Check for errors.\nno files found.", run.stderr)
+        self.assertEqual(installer.read_bytes(), made)
+        self.assertEqual(list(self.output.glob("*.before")), [])
+        # What cannot work is told before the time of a build is spent.
+        for setting, words, text in ((f"makensis={self.root / 'none'}", [], "Please locate makensis.exe"),
+                                     ("makensis=", ["--name", "a/b"], "'a/b' cannot be the name of an installer")):
+            self.ferrowen("settings", "set", setting)
+            run = self.ferrowen("build", "--fid", "1234", "--installer", *words, status=3)
+            self.assertIn(text, run.stderr)
 
     def test_selection_and_new_map_id(self):
         self.build_sample()
@@ -137,6 +198,102 @@ class Building(RealTools):
         self.assertEqual((list((self.home / "temp").iterdir()), self.images()), ([], []))
 
 
+class UnusedMaps(RealTools):
+    def test_only_what_is_named_and_unused_is_deleted(self):
+        self.ferrowen("settings", "set", f"map-folder={self.root / 'maps'}")
+        maps = self.root / "maps"
+        for name in ("Old Map", "Other"):
+            (maps / name / "typ").mkdir(parents=True)
+            for file in ("osmmap.tdb", "1.img", "typ/x.typ"):
+                (maps / name / file).write_text("P")
+        (maps / "link").symlink_to(maps / "Other")
+        (maps / "pictures").mkdir()
+        environment = {"HOME": str(self.root)}
+        listed = json.loads(self.ferrowen("maps", "unused", "--json", environment=environment).stdout)
+        self.assertEqual([one["folder"] for one in listed["unused"]], [str(maps / "Old Map"), str(maps / "Other")])
+        run = self.ferrowen("maps", "unused", "--delete", "Old Map", status=3, environment=environment)
+        self.assertIn("Are you sure you want to delete these maps? [y/N] No", run.stderr)
+        self.assertTrue((maps / "Old Map" / "1.img").exists())
+        for folder in (self.root, "/", str(maps), "pictures", "link"):
+            self.ferrowen("--yes", "maps", "unused", "--delete", folder, status=1, environment=environment)
+        self.ferrowen("--yes", "maps", "unused", "--delete", "Old Map", environment=environment)
+        self.assertEqual(sorted(path.name for path in maps.iterdir()), ["Other", "link", "pictures"])
+        self.assertEqual(len(list(maps.rglob("*.*"))), 3)
+        run = self.ferrowen("maps", "unused", "--recover", "Other", status=1, environment=environment)
+        self.assertIn("might share an FID with another map!", run.stderr)
+        self.assertIn("there is no .reg file", run.stderr)
+
+
+class Registering(RealTools):
+    name = "Gönguleiðir Łódź 1"
+    neighbour = ("REGEDIT4\n\n[HKEY_LOCAL_MACHINE\\SOFTWARE\\Wow6432Node\\Garmin\\MapSource\\Families\\Neighbour]\n"
+                 "\"ID\"=hex:e8,03\n")
+
+    def maps(self, **keywords):
+        return {one["product"]: one for one in
+                json.loads(self.ferrowen("maps", "list", "--json", **keywords).stdout)["maps"]}
+
+    def wine(self, *words):
+        return subprocess.run(["wine", *words], capture_output=True, timeout=120, cwd=self.root,
+                              env={**os.environ, "WINEPREFIX": str(self.root / "prefix"), "WINEDEBUG": "-all",
+                                   "LC_ALL": "C.UTF-8", "DISPLAY": ""})
+
+    def register_and_remove(self, **keywords):
+        run = self.build_sample("--name", self.name, "--register", **keywords)
+        folder = self.output / self.name.replace(" ", "_")
+        self.assertIn(f"'{self.name}' installed successfully", run.stderr)
+        self.assertIn(f"Registered: {folder}", run.stdout)
+        windows = "Z:" + str(folder).replace("/", "\\")
+        found = self.maps(**keywords)[self.name]
+        self.assertEqual((found["fid"], found["location"], found["tdb"], found["folder"]),
+                         ("1234", windows, windows + "\\osmmap.tdb", str(folder)))
+        registered = {path.name: path.read_bytes() for path in folder.iterdir() if path.suffix in (".img", ".tdb")}
+        # A second map under the same number is refused, and touches nothing.
+        run = self.ferrowen("build", "--name", "Second", "--fid", "1234", "--register", status=3, **keywords)
+        self.assertIn("FID 1234 exists in Garmin Register. Can't upload map.", run.stderr)
+        self.assertEqual(registered, {name: (folder / name).read_bytes() for name in registered})
+        return folder
+
+    def remove(self, folder, **keywords):
+        self.ferrowen("maps", "remove", self.name, status=3, **keywords)
+        self.assertTrue((folder / "osmmap.tdb").exists())
+        run = self.ferrowen("--yes", "maps", "remove", self.name, **keywords)
+        self.assertIn("All files were removed.", run.stderr)
+        self.assertFalse(folder.exists())
+        self.assertTrue((self.output / "osmmap.tdb").exists())
+        self.assertNotIn(self.name, self.maps(**keywords))
+
+    def test_in_a_wine_prefix(self):
+        self.wine("wineboot", "-i")
+        self.ferrowen("settings", "set", f"wine-prefix={self.root / 'prefix'}")
+        (self.root / "neighbour.reg").write_text(self.neighbour)
+        self.wine("regedit", "/s", "neighbour.reg")
+        folder = self.register_and_remove()
+        family = "HKLM\\Software\\Wow6432Node\\Garmin\\MapSource\\Families"
+        self.assertIn(b"D204", self.wine("reg", "query", family, "/s").stdout)
+        used = self.wine("reg", "query", "HKCU\\Software\\Garmin\\MapSource\\Settings", "/v", "MRUProduct").stdout
+        self.assertIn(b"0xd2040001", used)
+        self.assertEqual(set(self.maps()), {self.name, "Neighbour"})
+        self.remove(folder)
+        left = self.wine("reg", "query", family, "/s").stdout
+        self.assertIn(b"E803", left)
+        self.assertNotIn(b"D204", left)
+
+    def test_in_the_own_store(self):
+        environment = {"HOME": str(self.root)}
+        self.remove(self.register_and_remove(environment=environment), environment=environment)
+        self.assertFalse((self.root / ".wine").exists())
+
+    def test_a_prefix_is_never_made(self):
+        prefix = self.root / "none"
+        self.ferrowen("settings", "set", f"wine-prefix={prefix}")
+        run = self.build_sample("--register", status=1)
+        self.assertIn(f"{prefix}: there is no Wine prefix here (system.reg is missing)", run.stderr)
+        self.assertIn("Error adding to registry", run.stderr)
+        self.assertFalse(prefix.exists())
+        self.ferrowen("maps", "list", status=1)
+
+
 class HostileNames(RealTools):
     home_name = HOSTILE
 
@@ -177,7 +334,7 @@ class BadInput(RealTools):
         jar = self.root / "splitter.jar"
         jar.write_text("no jar")
         cases = [
-            (["--mapid", "1322438"], 3, "mapname needs 8 digits"),
+            (["--mapid", "1322438"], 3, "8 numbers?"),
             (["--option", "--unicode", "--option", "--latin1"], 3, "'latin1' and 'unicode' conflict"),
             (["--memory", "2g"], 2, "2g"),
             (["--typ", "/no/such.typ"], 3, "Please select a valid TYP file."),

@@ -89,7 +89,8 @@ void TestF1::real_task_from_input_to_map() {
   QVERIFY2(file_has_content(first),
            from_qt(desk.control<QPlainTextEdit>("Text10dos")->toPlainText()).c_str());
   QVERIFY(!file_exists(platform::join(output, plot->tiles()[2].number + ".img")));
-  QVERIFY(file_has_content(platform::join(output, "gmapsupp.img")));
+  QVERIFY(!file_exists(platform::join(output, "gmapsupp.img")));
+  QVERIFY(file_has_content(platform::join(desk.workspace().settings.gmapsupp_folder, "Færøer&Co.img")));
   QVERIFY(desk.control<QPlainTextEdit>("Text7")->toPlainText().contains(QStringLiteral("\n--family-name=")));
   QVERIFY(desk.control<QLineEdit>("Text12")->styleSheet().contains(QColor(220, 251, 125).name()));
   QCOMPARE(desk.control<QProgressBar>("progress_bar")->value(),

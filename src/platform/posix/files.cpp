@@ -82,6 +82,15 @@ std::optional<std::uint64_t> free_space(const std::string& path) {
   return static_cast<std::uint64_t>(volume.f_bavail) * volume.f_frsize;
 }
 
+bool is_link(const std::string& path) {
+  std::string name = path;
+  // With a separator at its end the name would be that of the folder behind the link.
+  while (name.size() > 1 && name.ends_with('/'))
+    name.pop_back();
+  struct stat status {};
+  return ::lstat(name.c_str(), &status) == 0 && S_ISLNK(status.st_mode);
+}
+
 std::tm local_time(std::time_t seconds) {
   std::tm result{};
   if (::localtime_r(&seconds, &result) == nullptr) return std::tm{};

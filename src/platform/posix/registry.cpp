@@ -12,4 +12,12 @@ std::optional<std::uint32_t> registry_number(RegistryRoot /*root*/, const std::s
   return std::nullopt;
 }
 
+RegistryKeyContent read_registry_key(RegistryRoot /*root*/, const std::string& /*key*/) { return {}; }
+
+RegistryDeletion delete_registry_key(RegistryRoot /*root*/, const std::string& /*key*/) {
+  return {RegistryFault::opening_parent, "this system has no registry"};
+}
+
+std::string user_security_identifier() { return ""; }
+
 }  // namespace ferrowen::platform

@@ -89,6 +89,19 @@ std::optional<std::uint64_t> free_space(const std::string& path) {
   return available.QuadPart;
 }
 
+bool is_link(const std::string& path) {
+  std::string name = path;
+  while (name.ends_with('\\') || name.ends_with('/'))
+    name.pop_back();
+  WIN32_FIND_DATAA found = {};
+  const HANDLE search = FindFirstFileA(name.c_str(), &found);
+  if (search == INVALID_HANDLE_VALUE) return false;
+  FindClose(search);
+  // Other reparse points (files that a cloud service keeps) are no links.
+  return (found.dwFileAttributes & FILE_ATTRIBUTE_REPARSE_POINT) != 0 &&
+         (found.dwReserved0 == IO_REPARSE_TAG_SYMLINK || found.dwReserved0 == IO_REPARSE_TAG_MOUNT_POINT);
+}
+
 std::tm local_time(std::time_t seconds) {
   std::tm result{};
   if (localtime_s(&result, &seconds) != 0) return std::tm{};

@@ -1,0 +1,92 @@
+#include <algorithm>
+
+#include "base/files.hpp"
+#include "cli/commands.hpp"
+#include "cli/table.hpp"
+#include "cli/terminal.hpp"
+#include "pipeline/cleanup.hpp"
+#include "pipeline/registration.hpp"
+#include "platform/paths.hpp"
+
+namespace ferrowen {
+
+namespace {
+
+using Folders = std::vector<std::string>;
+
+unsigned long long size_of(const std::string& folder) {
+  unsigned long long bytes = 0;
+  for (const std::string& name : list_files(folder, {""}))
+    bytes += file_size(platform::join(folder, name));
+  return bytes;
+}
+
+// A folder may be named by its path, or by its name in one of the folders that are searched.
+std::string named_folder(const Folders& targets, const std::string& word) {
+  for (const std::string& target : targets) {
+    std::string path = platform::join(target, word);
+    if (!word.empty() && platform::name_of(word) == word && folder_exists(path)) return path;
+  }
+  return platform::absolute(word);
+}
+
+Folders named_folders(const Folders& targets, const std::vector<std::string>& words) {
+  Folders folders;
+  for (const std::string& word : words)
+    folders.push_back(named_folder(targets, word));
+  return folders;
+}
+
+ExitStatus list(Session& session, const CleanupServices& services, const Folders& targets) {
+  const Result<Folders> found = find_unused_maps(session.workspace, session.prompts, services, targets);
+  if (!found.ok()) return session.fail(found.error, ExitStatus::run_failed);
+  Table table({{"Folder"}, {"Size", Table::Align::right}});
+  session.json["unused"] = Json::array();
+  for (const std::string& folder : found.value) {
+    table.add({terminal_text(folder), size_text(size_of(folder))});
+    session.json["unused"].push_back({{"folder", folder}, {"size", size_of(folder)}});
+  }
+  if (!found.value.empty()) session.show(table.text());
+  return ExitStatus::done;
+}
+
+ExitStatus remove(Session& session, const CleanupServices& services, const Folders& folders) {
+  const StageResult result = delete_unused_maps(session.workspace, session.prompts, services, folders);
+  session.json["deleted"] = Json::array();
+  for (const std::string& folder : folders) {
+    if (result == StageResult::stopped || file_exists(folder)) continue;
+    session.json["deleted"].push_back(folder);
+    session.prompts.tell("Deleted: " + folder);
+  }
+  return exit_status_of(result);
+}
+
+ExitStatus recover(Session& session, const CleanupServices& services, const std::string& folder) {
+  switch (recover_map(session.workspace, session.prompts, services, {folder})) {
+    case Recovery::done:
+      return ExitStatus::done;
+    case Recovery::refused:
+      return ExitStatus::stopped;
+    case Recovery::nothing_found:
+      return session.fail(folder + ": there is no .reg file; nothing was done.", ExitStatus::run_failed);
+    case Recovery::failed:
+      break;
+  }
+  return ExitStatus::run_failed;
+}
+
+}  // namespace
+
+ExitStatus run_command(Session& session, const UnusedMapsArguments& arguments) {
+  const bool changes = !arguments.remove.empty() || arguments.recover;
+  const ExitStatus opened =
+      session.open(changes ? Session::Access::write : Session::Access::read, Session::Notes::drop);
+  if (opened != ExitStatus::done) return opened;
+  const CleanupServices services = cleanup_services(session.workspace, session.prompts, session.progress);
+  const Folders targets = map_target_folders(session.workspace.settings);
+  if (!arguments.remove.empty()) return remove(session, services, named_folders(targets, arguments.remove));
+  if (arguments.recover) return recover(session, services, named_folder(targets, *arguments.recover));
+  return list(session, services, targets);
+}
+
+}  // namespace ferrowen

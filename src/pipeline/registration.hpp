@@ -1,0 +1,52 @@
+// A built map becomes known to the Garmin programs: copied into a folder of its own, described by a registry
+// text, imported, and read back.
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "app/registry.hpp"
+#include "app/workspace.hpp"
+#include "base/prompts.hpp"
+#include "base/status.hpp"
+#include "pipeline/build.hpp"
+#include "pipeline/build_checks.hpp"
+#include "pipeline/cleanup.hpp"
+#include "pipeline/garmin_programs.hpp"
+#include "pipeline/registration_text.hpp"
+
+namespace ferrowen {
+
+struct Registration {
+  std::string folder;       // the map folder on this system
+  std::string file;         // the registration text in it
+  RegistrationFacts facts;  // as they were written
+};
+
+// Output folder + product name with blanks as "_".
+std::string registered_map_folder(const Settings& settings);
+
+// Copies the built files (hard links where possible) and the TYP into the map folder and writes
+// <product>.reg there. Copying that fails leaves the folder as it was; a new folder goes when anything fails.
+Result<Registration> create_mapsourcefiles(const Workspace& workspace, Progress& progress, Registry& registry,
+                                           const std::vector<std::string>& built_files);
+// Writes 0.reg, imports both texts and reads the family back: the names of the values that are not there as
+// they were written are the error.
+Status regi(Workspace& workspace, Prompts& prompts, Progress& progress, Registry& registry,
+            const Registration& registration, const std::string& detail = "");
+
+// The whole stage behind a good build. Refused (and told) for a product or an FID that is registered.
+StageResult register_built_map(Workspace& workspace, Prompts& prompts, Progress& progress, Registry& registry,
+                               BuildReport& report, const HeldFiles& held = {});
+
+// Deletes the keys of a product and the files in its folder, after a question.
+StageResult remove_registered_map(Workspace& workspace, Prompts& prompts, Progress& progress,
+                                  Registry& registry, const std::string& product, const HeldFiles& held = {});
+
+// What a build needs of this stage, for the command line and the window alike. The references must outlive
+// it.
+BuildServices build_services(Prompts& prompts, Progress& progress);
+// The same for the cleanup of unused maps.
+CleanupServices cleanup_services(Workspace& workspace, Prompts& prompts, Progress& progress);
+
+}  // namespace ferrowen
