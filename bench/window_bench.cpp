@@ -115,6 +115,8 @@ int tiles() {
   const QTemporaryDir folder;
   Stage stage(folder);
   write_split(split_folder(stage.session.workspace));
+  Settings& settings = stage.session.workspace.settings;
+  settings.last_split_input = settings.input = ui::from_qt(QApplication::applicationFilePath());
   auto* plot = stage.window->findChild<ui::TilePlot*>();
   QElapsedTimer clock;
   clock.start();
