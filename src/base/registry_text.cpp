@@ -204,7 +204,10 @@ RegistryText parse_registry_text(std::string_view text) { return Parser(text).pa
 
 RegistryText parse_registry_file(std::string_view bytes) {
   if (bytes.starts_with(utf16_mark)) return parse_registry_text(utf8_of_utf16(bytes.substr(2)));
-  if (bytes.starts_with(utf8_mark)) return parse_registry_text(bytes.substr(utf8_mark.size()));
+  // What is marked as UTF-8 and is not would change when it is written again.
+  const bool is_utf8 = bytes.starts_with(utf8_mark) && is_valid_utf8(bytes);
+  if (is_utf8) return parse_registry_text(bytes.substr(utf8_mark.size()));
+  if (bytes.starts_with(utf8_mark)) return parse_registry_text(from_ansi(bytes.substr(utf8_mark.size())));
   return parse_registry_text(from_ansi(bytes));
 }
 

@@ -50,7 +50,8 @@ class Scanner {
   }
 
   bool skip_next() {
-    ++m_at;  // the escaped byte keeps its "not outside"
+    // The escaped byte keeps its "not outside"; behind the last byte there is none.
+    if (m_at + 1 < m_script.size()) ++m_at;
     return false;
   }
 

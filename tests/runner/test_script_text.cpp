@@ -36,5 +36,7 @@ TEST_CASE("what stands inside quotes stays and is not found") {
         "cd /d \"a/b\"\r\nx c:\\y\\z -c=\"d/e\" f\\g");
   CHECK(collapse_outside_quotes("a  'b  \"' c\\   d  \"\\\"  \"", Dialect::shell) ==
         "a 'b  \"' c\\  d \"\\\"  \"");
+  CHECK(collapse_outside_quotes("a  b\\", Dialect::shell) == "a b\\");
+  CHECK(collapse_outside_quotes("a  b^", Dialect::batch) == "a b^");
   CHECK(map_name_option("x --d=\"a --mapname=1\" --mapname=\"12 34\"\r\n", Dialect::batch) == "12 34");
 }
