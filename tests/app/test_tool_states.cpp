@@ -65,7 +65,8 @@ TEST_CASE("each tool is found, missing or another program; only tools of the rig
 }
 
 TEST_CASE("the version query shows its output, and a stop ends it") {
-  test::StandIn stand("a $(b) \" c");
+  // A double quote can stand in a name on one of the two systems alone.
+  test::StandIn stand(platform::separator == '/' ? "a $(b) \" c" : "a $(b) % c");
   CHECK(mkgmap_version(stand.workspace, stand.prompts, stand.progress).value == "Mkgmap version 4905");
   CHECK(contains(stand.progress.output_text(), "4905"));
   stand.progress.stop = true;

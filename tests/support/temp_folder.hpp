@@ -3,6 +3,7 @@
 
 #include <doctest/doctest.h>
 
+#include <algorithm>
 #include <filesystem>
 #include <fstream>
 #include <random>
@@ -33,7 +34,12 @@ class TempFolder {
 
   [[nodiscard]] const std::string& path() const { return m_path; }
   // Path of a file or folder in it, with this system's separator.
-  [[nodiscard]] std::string operator/(std::string_view name) const { return platform::join(m_path, name); }
+  [[nodiscard]] std::string operator/(std::string_view name) const {
+    std::string path = platform::join(m_path, name);
+    std::replace(path.begin() + static_cast<std::ptrdiff_t>(m_path.size()), path.end(), '/',
+                 platform::separator);
+    return path;
+  }
   // Writes a file (with the folders above it) and returns its path.
   // NOLINTNEXTLINE(modernize-use-nodiscard): most tests want the file alone and know its path
   std::string write(std::string_view name, std::string_view bytes) const {
