@@ -26,11 +26,11 @@ def whole_build(program, source, pairs):
     """`ferrowen build` against a shell script of the same two tool commands, in alternating pairs."""
     root = pathlib.Path(tempfile.mkdtemp(prefix="ferrowen-bench-"))
     home = root / "home"
-    build = [str(program), "--home", str(home), "--json", "build", str(source), "--split", "--fid", "1234",
+    build = [str(program), "--home", str(home), "--json", "--yes", "build", str(source), "--split", "--fid", "1234",
              "--gmapsupp"]
     subprocess.run([str(program), "--home", str(home), "settings", "set",
                     "splitter-options=--output=o5m\\n--max-nodes=10000"], check=True, stdout=subprocess.PIPE)
-    printed = subprocess.run(build[:3] + build[4:] + ["--print"], check=True, capture_output=True, text=True).stdout
+    printed = subprocess.run(build[:3] + build[5:] + ["--print"], check=True, capture_output=True, text=True).stdout
     script = root / "peer.sh"
     script.write_text("#!/bin/sh\nset -e\n" + "".join(
         line + f" 2>{root}/peer.txt >{root}/peer.out\n" for line in printed.splitlines()))
