@@ -75,6 +75,16 @@ def settings_load(build):
     print(f"{'median milliseconds':34}{loading:12.4f}{reading:14.4f}{loading / reading:8.1f}")
 
 
+def registered_maps(build):
+    """Collecting 2,000 registered families, against reading the bytes of the same file."""
+    output = subprocess.run([str(build / "bin" / "bench-registry")], check=True, capture_output=True, text=True)
+    print(f"{'2,000 registered families':34}{'collect':>12}{'bytes alone':>14}{'ratio':>8}")
+    for line in output.stdout.splitlines():
+        name, collecting, reading, found, size = line.split()
+        print(f"{name + ', ms (' + found + ' found, ' + size + ' bytes)':34}{float(collecting):12.2f}"
+              f"{float(reading):14.3f}{float(collecting) / float(reading):8.1f}")
+
+
 def window(build):
     """The window program on Qt's offscreen platform; skipped where it was not built."""
     program = build / "bin" / "bench-window"
@@ -106,6 +116,8 @@ def main():
     start_time(program)
     print()
     settings_load(build)
+    print()
+    registered_maps(build)
     print()
     window(build)
     print()

@@ -1,32 +1,17 @@
 // Time to load a settings file of 500 lines: reading it whole and parsing it into the record.
 // Prints the median of many loads in milliseconds, and the time of reading the bytes alone as the peer.
-#include <algorithm>
-#include <chrono>
 #include <filesystem>
 #include <iostream>
-#include <vector>
 
 #include "app/settings.hpp"
 #include "base/files.hpp"
 #include "base/text.hpp"
+#include "bench/median.hpp"
 
 namespace {
 
 constexpr int runs = 501;
 constexpr int file_lines = 500;
-
-template <typename Work>
-double median_milliseconds(Work work) {
-  std::vector<double> times;
-  for (int run = 0; run < runs; ++run) {
-    const auto start = std::chrono::steady_clock::now();
-    work();
-    const std::chrono::duration<double, std::milli> time = std::chrono::steady_clock::now() - start;
-    times.push_back(time.count());
-  }
-  std::nth_element(times.begin(), times.begin() + runs / 2, times.end());
-  return times[runs / 2];
-}
 
 }  // namespace
 
@@ -41,8 +26,9 @@ int main() {
     return 1;
   }
   std::size_t bytes = 0;
-  const double reading = median_milliseconds([&] { bytes += ferrowen::read_whole_file(path).size(); });
-  const double loading = median_milliseconds([&] {
+  const double reading =
+      ferrowen::bench::median_milliseconds(runs, [&] { bytes += ferrowen::read_whole_file(path).size(); });
+  const double loading = ferrowen::bench::median_milliseconds(runs, [&] {
     const auto loaded = ferrowen::parse_settings(ferrowen::read_whole_file(path), "/home/user/ferrowen");
     bytes += loaded.settings.map_name.size();
   });

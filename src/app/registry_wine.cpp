@@ -5,6 +5,8 @@
 #include <array>
 #include <chrono>
 #include <filesystem>
+#include <map>
+#include <optional>
 #include <random>
 #include <system_error>
 
@@ -70,7 +72,10 @@ class WineRegistry : public Registry {
     return imported.ok() ? removed : imported;
   }
 
-  void refresh() override { m_loaded = false; }
+  void refresh() override {
+    m_loaded = false;
+    m_drive_roots.clear();
+  }
   [[nodiscard]] std::string registered_path(const std::string& path) const override;
   [[nodiscard]] std::string system_path(const std::string& registered) const override;
   [[nodiscard]] bool is_64bit() override {
@@ -83,6 +88,7 @@ class WineRegistry : public Registry {
   }
   [[nodiscard]] std::vector<std::string> package_folders() const override;
   [[nodiscard]] std::string wine_prefix() const override { return m_prefix; }
+  [[nodiscard]] std::string place() const override { return m_prefix; }
   [[nodiscard]] std::string problem() override {
     load();
     return m_problem;
@@ -113,7 +119,10 @@ class WineRegistry : public Registry {
     return platform::join(m_prefix, std::string("dosdevices/") + letter + ":");
   }
 
+  [[nodiscard]] std::optional<std::string> root_of_drive(char letter) const;
+
   std::string m_prefix, m_work_folder;
+  mutable std::map<char, std::optional<std::string>> m_drive_roots;
   RegistryTree m_tree;
   bool m_loaded = false, m_is_64bit = false;
   std::string m_user, m_problem;
@@ -203,17 +212,27 @@ std::string WineRegistry::registered_path(const std::string& path) const {
   return "";
 }
 
+// Looked at once: many maps lie on the same drive.
+std::optional<std::string> WineRegistry::root_of_drive(char letter) const {
+  const auto known = m_drive_roots.find(letter);
+  if (known != m_drive_roots.end()) return known->second;
+  std::error_code error;
+  const std::filesystem::path link = platform::file_system_path(drive_folder(letter));
+  std::string root = platform::path_text(std::filesystem::canonical(link, error));
+  const std::optional<std::string> found = error ? std::nullopt : std::optional(std::move(root));
+  return m_drive_roots.emplace(letter, found).first->second;
+}
+
 std::string WineRegistry::system_path(const std::string& registered) const {
   if (registered.starts_with('/')) return registered;
   const std::string drive = lower_ascii(registered.substr(0, 1));
   if (registered.size() < 3 || registered[1] != ':' || drive < "a" || drive > "z") return "";
   std::string rest = replace_all(registered.substr(2), "\\", "/");
   if (!rest.starts_with('/')) return "";
-  std::error_code error;
-  const std::filesystem::path link = platform::file_system_path(drive_folder(drive[0]));
-  std::string root = platform::path_text(std::filesystem::canonical(link, error));
-  if (error) return "";
-  if (root == "/") root.clear();
+  const std::optional<std::string> drive_root = root_of_drive(drive[0]);
+  if (!drive_root) return "";
+  const std::string root = *drive_root == "/" ? "" : *drive_root;
+  if (file_exists(root + rest)) return root + rest;
   const std::string found = find_ignoring_case(root.empty() ? "/" : root, rest.substr(1));
   return found.empty() ? root + rest : found;
 }

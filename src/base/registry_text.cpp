@@ -44,6 +44,7 @@ std::string full_key(std::string_view path) {
 
 std::string unescaped(std::string_view text) {
   std::string result;
+  result.reserve(text.size());
   for (std::size_t i = 0; i < text.size(); ++i) {
     if (text[i] != '\\' || i + 1 == text.size()) {
       result += text[i];
@@ -61,6 +62,8 @@ std::string up_to_nul(std::string text) {
 }
 
 std::string from_ansi(std::string_view bytes) {
+  if (std::all_of(bytes.begin(), bytes.end(), [](char c) { return static_cast<unsigned char>(c) < 0x80; }))
+    return std::string(bytes);
   if (std::optional<std::string> text = platform::decode(bytes, platform::ansi_code_page())) return *text;
   // A byte without a meaning in the code page stands for the character of its number.
   std::array<std::string, 256> characters;

@@ -11,9 +11,16 @@ namespace {
 constexpr char part_end = '\x01';
 
 std::string sort_key(std::string_view key) {
-  std::string sorted = lower_ascii(key);
-  std::replace(sorted.begin(), sorted.end(), '\\', part_end);
-  return sorted + part_end;
+  std::string sorted;
+  sorted.reserve(key.size() + 1);
+  sorted = key;
+  for (char& c : sorted) {
+    if (c >= 'A' && c <= 'Z')
+      c = static_cast<char>(c - 'A' + 'a');
+    else if (c == '\\')
+      c = part_end;
+  }
+  return sorted += part_end;
 }
 
 }  // namespace
@@ -24,8 +31,7 @@ void RegistryTree::apply(const std::vector<RegistryChange>& changes) {
       remove(change.key);
       continue;
     }
-    make(change.key);
-    Key& key = m_keys.at(sort_key(change.key));
+    Key& key = make(change.key);
     for (const platform::RegistryValue& value : change.values)
       set(key, value);
     for (const std::string& name : change.removed_values)
@@ -33,11 +39,17 @@ void RegistryTree::apply(const std::vector<RegistryChange>& changes) {
   }
 }
 
-// The keys above come into being with it.
-void RegistryTree::make(std::string_view key) {
-  for (std::size_t at = key.find('\\'); at != std::string_view::npos; at = key.find('\\', at + 1))
-    m_keys.try_emplace(sort_key(key.substr(0, at)), Key{std::string(key.substr(0, at)), {}});
-  m_keys.try_emplace(sort_key(key), Key{std::string(key), {}});
+// The keys above come into being with it; above one that is there already they are all there.
+RegistryTree::Key& RegistryTree::make(std::string_view key) {
+  std::string sorted = sort_key(key);
+  const auto [made, is_new] = m_keys.try_emplace(sorted, Key{std::string(key), {}});
+  std::size_t cut = is_new ? key.rfind('\\') : std::string_view::npos;
+  while (cut != std::string_view::npos) {
+    sorted.resize(cut + 1);
+    if (!m_keys.try_emplace(sorted, Key{std::string(key.substr(0, cut)), {}}).second) break;
+    cut = cut == 0 ? std::string_view::npos : key.rfind('\\', cut - 1);
+  }
+  return made->second;
 }
 
 void RegistryTree::remove(std::string_view key) {

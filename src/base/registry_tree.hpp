@@ -27,7 +27,7 @@ class RegistryTree {
     std::string path;  // as it was first written
     std::vector<platform::RegistryValue> values;
   };
-  void make(std::string_view key);
+  Key& make(std::string_view key);
   void remove(std::string_view key);
   void set(Key& key, const platform::RegistryValue& value);
 

@@ -65,9 +65,21 @@ std::string utf16_of_escaped(std::string_view text) {
   return bytes;
 }
 
+// Nearly every text has no other escapes than of backslashes and quotes; nothing for one that has.
+std::optional<std::string> simply_unescaped(std::string_view text) {
+  std::string result;
+  result.reserve(text.size());
+  for (std::size_t i = 0; i < text.size(); ++i) {
+    if (text[i] == '\\' && (++i == text.size() || (text[i] != '\\' && text[i] != '"'))) return std::nullopt;
+    result += text[i];
+  }
+  if (!is_valid_utf8(result)) return std::nullopt;
+  return result;
+}
+
 std::string unescaped(std::string_view text) {
-  if (text.find('\\') == std::string_view::npos && is_valid_utf8(text)) return std::string(text);
-  return utf8_of_utf16(utf16_of_escaped(text));
+  std::optional<std::string> simple = simply_unescaped(text);
+  return simple ? std::move(*simple) : utf8_of_utf16(utf16_of_escaped(text));
 }
 
 std::string up_to_nul(std::string text) {
