@@ -48,6 +48,8 @@ class Registry {
   [[nodiscard]] virtual std::vector<std::string> package_folders() const = 0;
   // The prefix that Windows programs run in; "" when they need none (or there is none).
   [[nodiscard]] virtual std::string wine_prefix() const { return ""; }
+  // Where it is kept, for a person to read; "" for the system's own.
+  [[nodiscard]] virtual std::string place() const { return ""; }
   // Why it can be neither read nor changed as a whole; "" when all is well.
   [[nodiscard]] virtual std::string problem() { return ""; }
 };

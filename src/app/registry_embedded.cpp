@@ -39,6 +39,7 @@ class EmbeddedRegistry : public Registry {
   [[nodiscard]] bool is_64bit() override { return platform::is_64bit_system(); }
   [[nodiscard]] std::string user_identifier() override { return ""; }
   [[nodiscard]] std::vector<std::string> package_folders() const override { return {}; }
+  [[nodiscard]] std::string place() const override { return m_file; }
   [[nodiscard]] std::string problem() override {
     load();
     return m_problem;

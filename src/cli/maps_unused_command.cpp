@@ -14,13 +14,6 @@ namespace {
 
 using Folders = std::vector<std::string>;
 
-unsigned long long size_of(const std::string& folder) {
-  unsigned long long bytes = 0;
-  for (const std::string& name : list_files(folder, {""}))
-    bytes += file_size(platform::join(folder, name));
-  return bytes;
-}
-
 // A folder may be named by its path, or by its name in one of the folders that are searched.
 std::string named_folder(const Folders& targets, const std::string& word) {
   for (const std::string& target : targets) {
@@ -43,8 +36,8 @@ ExitStatus list(Session& session, const CleanupServices& services, const Folders
   Table table({{"Folder"}, {"Size", Table::Align::right}});
   session.json["unused"] = Json::array();
   for (const std::string& folder : found.value) {
-    table.add({terminal_text(folder), size_text(size_of(folder))});
-    session.json["unused"].push_back({{"folder", folder}, {"size", size_of(folder)}});
+    table.add({terminal_text(folder), size_text(map_folder_size(folder))});
+    session.json["unused"].push_back({{"folder", folder}, {"size", map_folder_size(folder)}});
   }
   if (!found.value.empty()) session.show(table.text());
   return ExitStatus::done;

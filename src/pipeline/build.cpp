@@ -319,6 +319,7 @@ BuildReport create_map(Workspace& workspace, Prompts& prompts, Progress& progres
     progress.output(line + "\r\n");
   const double start = now();
   report.result = run_build(workspace, prompts, progress, script, plan, report);
+  report.built = report.result == StageResult::done;
   report.stages.push_back({"build", now() - start});
   report.tiles = plan.map_names.size();
   const StageResult registered = register_when_wanted(workspace, services, report);

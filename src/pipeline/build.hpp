@@ -25,6 +25,7 @@ struct MadeFile {
 
 struct BuildReport {
   StageResult result = StageResult::stopped;
+  bool built = false;  // the map itself is good, whatever became of the stages behind it
   std::vector<StageTime> stages;
   std::vector<MadeFile> files;    // what this build made, each where it is now
   std::string image;              // the device image in the place that it was brought to; "" for none

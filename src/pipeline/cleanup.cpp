@@ -7,6 +7,7 @@
 
 #include "base/files.hpp"
 #include "base/text.hpp"
+#include "pipeline/registration_repair.hpp"
 #include "platform/desktop.hpp"
 #include "platform/files.hpp"
 #include "platform/paths.hpp"
@@ -22,7 +23,6 @@ namespace {
 
 constexpr int message_select = 20;
 constexpr std::string_view typ_folder = "typ";
-constexpr std::string_view last_used_name = "0.reg";
 
 std::string without_end_separators(std::string path) {
   while (path.size() > 1 && (path.ends_with('/') || path.ends_with(platform::separator)))
@@ -110,15 +110,6 @@ void delete_typ_folder(const std::string& folder) {
   }
 }
 
-// The text that a registration has left in the map's folder; "0.reg" only names the map used last.
-std::string registration_in(const std::string& folder) {
-  const std::vector<std::string> names = list_files(folder, {""});
-  const auto found = std::find_if(names.begin(), names.end(), [](const std::string& name) {
-    return contains_ignoring_case(name, ".reg") && !equal_ignoring_case(name, last_used_name);
-  });
-  return found == names.end() ? "" : platform::join(folder, *found);
-}
-
 Result<Folders> registered_now(const CleanupServices& services) {
   if (services.registered_folders) return services.registered_folders();
   return failed<Folders>("The registered maps cannot be read.");
@@ -188,6 +179,19 @@ Result<Folders> find_unused_maps(const Workspace& workspace, Prompts& prompts,
   return all;
 }
 
+std::uint64_t map_folder_size(const std::string& folder) {
+  Folders folders = {folder};
+  for (const std::string& name : list_folders(folder)) {
+    if (equal_ignoring_case(name, typ_folder)) folders.push_back(platform::join(folder, name));
+  }
+  std::uint64_t bytes = 0;
+  for (const std::string& one : folders) {
+    for (const std::string& name : list_files(one, {""}))
+      bytes += file_size(platform::join(one, name));
+  }
+  return bytes;
+}
+
 bool killfolder(const Workspace& workspace, Prompts& prompts, const std::string& folder) {
   if (const std::string obstacle = deletion_obstacle(workspace, folder); !obstacle.empty()) {
     prompts.tell(obstacle, Icon::warning);
@@ -240,11 +244,7 @@ Recovery recover_map(const Workspace& workspace, Prompts& prompts, const Cleanup
   prompts.tell("\r\nThe map you want to recover might share an FID with another map!", Icon::warning);
   const std::string registration = registration_in(folders.front());
   if (registration.empty()) return Recovery::nothing_found;
-  Status opened;
-  if (services.import_registration)
-    opened = services.import_registration(registration);
-  else
-    opened.error = platform::open_with_desktop(registration);
+  const Status opened = services.import_registration(registration);
   if (opened.ok()) return Recovery::done;
   prompts.tell(opened.error, Icon::critical);
   return Recovery::failed;

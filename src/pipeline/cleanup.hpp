@@ -18,7 +18,7 @@ struct CleanupServices {
   // The folders of all registered families, as this system writes paths. Without a sure answer nothing is
   // called unused.
   std::function<Result<std::vector<std::string>>()> registered_folders;
-  // Registers the map of this .reg file again; without it the desktop opens the file.
+  // Registers the map of this .reg file again.
   std::function<Status(const std::string&)> import_registration;
 };
 
@@ -40,6 +40,9 @@ Result<std::vector<std::string>> unused_maps(const Workspace& workspace, const C
 Result<std::vector<std::string>> find_unused_maps(const Workspace& workspace, Prompts& prompts,
                                                   const CleanupServices& services,
                                                   const std::vector<std::string>& folders);
+
+// Bytes of the files that killfolder would delete there.
+std::uint64_t map_folder_size(const std::string& folder);
 
 // killfolder: deletes the files of the folder and of its "typ" subfolder, then these folders. Other folders
 // in it stay, and so does then the folder itself. Links are deleted, never followed. Tells what stayed; true

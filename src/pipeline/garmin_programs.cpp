@@ -38,18 +38,6 @@ void close_programs(const Workspace& workspace, Progress& progress, const std::v
   }
 }
 
-std::string chosen_program(const Settings& settings) {
-  const std::string name(trim(settings.launch_program));
-  return name.empty() ? std::string(garmin_programs.front()) : name;
-}
-
-std::string program_path(const Settings& settings, const std::string& name) {
-  if (equal_ignoring_case(name, "Basecamp")) return settings.basecamp;
-  if (equal_ignoring_case(name, "Mapsource")) return settings.mapsource;
-  if (equal_ignoring_case(name, "HomePort")) return settings.home_port;
-  return platform::find_program(lower_ascii(name));
-}
-
 }  // namespace
 
 bool release_files(Workspace& workspace, Prompts& prompts, Progress& progress,
@@ -74,12 +62,24 @@ std::vector<std::string> launchable_programs() {
   return names;
 }
 
+std::string chosen_program(const Settings& settings) {
+  const std::string name(trim(settings.launch_program));
+  return name.empty() ? std::string(garmin_programs.front()) : name;
+}
+
+std::string launch_path(const Settings& settings, const std::string& name) {
+  const auto existing = [](const std::string& path) { return file_exists(path) ? path : std::string(); };
+  if (equal_ignoring_case(name, "Basecamp")) return existing(settings.basecamp);
+  if (equal_ignoring_case(name, "Mapsource")) return existing(settings.mapsource);
+  if (equal_ignoring_case(name, "HomePort")) return existing(settings.home_port);
+  return platform::find_program(lower_ascii(name));
+}
+
 std::string launch_label(const Settings& settings) { return "Launch " + chosen_program(settings); }
 
-bool go_mapsource(const Workspace& workspace, Prompts& prompts, Registry& registry) {
-  const std::string name = chosen_program(workspace.settings);
-  const std::string path = program_path(workspace.settings, name);
-  if (path.empty() || !file_exists(path)) {
+bool launch(const Workspace& workspace, Prompts& prompts, Registry& registry, const std::string& name) {
+  const std::string path = launch_path(workspace.settings, name);
+  if (path.empty()) {
     prompts.tell(workspace.message(message_locate) + name, Icon::warning);
     return false;
   }
@@ -98,6 +98,10 @@ bool go_mapsource(const Workspace& workspace, Prompts& prompts, Registry& regist
   if (error.empty()) return true;
   prompts.tell(path + ": " + error, Icon::critical);
   return false;
+}
+
+bool go_mapsource(const Workspace& workspace, Prompts& prompts, Registry& registry) {
+  return launch(workspace, prompts, registry, chosen_program(workspace.settings));
 }
 
 bool mapsource(const Workspace& workspace, Prompts& prompts, Registry& registry) {

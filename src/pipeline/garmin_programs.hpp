@@ -27,7 +27,13 @@ bool release_files(Workspace& workspace, Prompts& prompts, Progress& progress,
 std::vector<std::string> launchable_programs();
 // "Launch " and the name of the chosen program.
 std::string launch_label(const Settings& settings);
-// Starts the chosen program (in the registry's Wine prefix where it needs one); false after a message.
+// Where the program of this name is; "" when it is not here.
+std::string launch_path(const Settings& settings, const std::string& name);
+// The program that "Launch " starts.
+std::string chosen_program(const Settings& settings);
+// Starts a program (in the registry's Wine prefix where it needs one); false after a message.
+bool launch(const Workspace& workspace, Prompts& prompts, Registry& registry, const std::string& name);
+// Starts the chosen one.
 bool go_mapsource(const Workspace& workspace, Prompts& prompts, Registry& registry);
 // The same after a question.
 bool mapsource(const Workspace& workspace, Prompts& prompts, Registry& registry);

@@ -44,10 +44,15 @@ class Collection {
     }
     for (const std::string& folder : m_registry.package_folders())
       collect_packages(folder);
-    std::stable_sort(m_maps.begin(), m_maps.end(), [](const InstalledMap& one, const InstalledMap& other) {
-      return lower_ascii(one.product) < lower_ascii(other.product);
-    });
-    return std::move(m_maps);
+    std::vector<std::pair<std::string, std::size_t>> order;
+    for (std::size_t i = 0; i < m_maps.size(); ++i)
+      order.emplace_back(lower_ascii(m_maps[i].product), i);
+    std::sort(order.begin(), order.end());
+    std::vector<InstalledMap> sorted;
+    sorted.reserve(m_maps.size());
+    for (const auto& [name, index] : order)
+      sorted.push_back(std::move(m_maps[index]));
+    return sorted;
   }
 
  private:
@@ -199,6 +204,26 @@ std::vector<std::string> get_regvals(Registry& registry, const std::string& key)
   std::vector<std::string> lines;
   for (const platform::RegistryValue& value : registry.key(key).values)
     lines.push_back((value.name.empty() ? "(Default)" : value.name) + value_text(value));
+  return lines;
+}
+
+namespace {
+
+void add_values_below(Registry& registry, const std::string& key, std::vector<std::string>& lines) {
+  if (!lines.empty()) lines.emplace_back();
+  lines.push_back("[" + key + "]");
+  const std::vector<std::string> values = get_regvals(registry, key);
+  lines.insert(lines.end(), values.begin(), values.end());
+  for (const std::string& subkey : registry.key(key).subkeys)
+    add_values_below(registry, key + "\\" + subkey, lines);
+}
+
+}  // namespace
+
+std::vector<std::string> family_values(Registry& registry, const InstalledMap& map) {
+  std::vector<std::string> lines;
+  for (const std::string& key : keys_of_family(registry, map))
+    add_values_below(registry, key, lines);
   return lines;
 }
 

@@ -35,6 +35,8 @@ InstalledMap parse_package_info(std::string_view xml);
 // The values of a key, one line each: name and data, or the type's name for a type without data to show.
 std::vector<std::string> get_regvals(Registry& registry, const std::string& key);
 std::string value_text(const platform::RegistryValue& value);
+// All values of a family for a person to read: each of its keys in square brackets, its values, its subkeys.
+std::vector<std::string> family_values(Registry& registry, const InstalledMap& map);
 // The message for a registry that could not be read.
 std::string registry_fault_text(platform::RegistryFault fault, const MessageTable& messages,
                                 const std::string& key);

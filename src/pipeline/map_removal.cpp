@@ -5,6 +5,7 @@
 #include "base/text.hpp"
 #include "pipeline/installed_maps.hpp"
 #include "pipeline/registration.hpp"
+#include "pipeline/registry_turn.hpp"
 #include "platform/paths.hpp"
 
 namespace ferrowen {
@@ -64,6 +65,11 @@ std::string question_of(const Workspace& workspace, const InstalledMap& map, boo
 
 StageResult remove_registered_map(Workspace& workspace, Prompts& prompts, Progress& progress,
                                   Registry& registry, const std::string& product, const HeldFiles& held) {
+  RegistryTurn turn;
+  if (const Status mine = turn.take(progress); !mine.ok()) {
+    prompts.tell(std::string(registry_denied) + "\r\n" + mine.error, Icon::critical);
+    return StageResult::failed;
+  }
   const std::vector<InstalledMap> maps = querymapsource(workspace, registry, prompts, progress);
   const InstalledMap* found = find_map(maps, std::string(trim(product)));
   if (found == nullptr) {

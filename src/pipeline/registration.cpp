@@ -16,6 +16,8 @@
 #include "pipeline/build_plan.hpp"
 #include "pipeline/identifiers.hpp"
 #include "pipeline/installed_maps.hpp"
+#include "pipeline/registration_repair.hpp"
+#include "pipeline/registry_turn.hpp"
 #include "platform/files.hpp"
 #include "platform/paths.hpp"
 
@@ -284,13 +286,27 @@ Status regi(Workspace& workspace, Prompts& prompts, Progress& progress, Registry
   return {registration.facts.family + ": " + join_texts(missing, ", ") + " cannot be read back"};
 }
 
-StageResult register_built_map(Workspace& workspace, Prompts& prompts, Progress& progress, Registry& registry,
-                               BuildReport& report, const HeldFiles& held) {
-  const std::string product = product_of(workspace.settings);
-  if (const std::string problem = product_problem(product); !problem.empty()) {
-    prompts.tell(problem, Icon::warning);
-    return StageResult::stopped;
-  }
+void tell_not_registered(const Workspace& workspace, Prompts& prompts, const std::string& reason) {
+  prompts.tell(workspace.message(message_error_adding) + "\r\n" + reason, Icon::critical);
+  prompts.tell(not_registered, Icon::warning);
+  const std::string parent = platform::folder_of(registered_map_folder(workspace.settings));
+  if (!platform::folder_is_writable(parent)) prompts.tell(use_another_folder, Icon::warning);
+}
+
+namespace {
+
+// Half a family would only confuse the Garmin programs; what can be taken back is.
+std::string take_back(Workspace& workspace, Prompts& prompts, Progress& progress, Registry& registry,
+                      const Registration& registration) {
+  const Status removed = registry.remove_key(family_key(registration.facts.family, registration.facts.wow64),
+                                             [&] { progress.process_events(); });
+  querymapsource(workspace, registry, prompts, progress);
+  return removed.ok() ? "" : "\r\n" + removed.error;
+}
+
+// With the registry to itself: nobody else registers between the look and the import.
+StageResult register_in_turn(Workspace& workspace, Prompts& prompts, Progress& progress, Registry& registry,
+                             BuildReport& report, const HeldFiles& held) {
   querymapsource(workspace, registry, prompts, progress);
   // Where it cannot be told what is registered, nothing is added.
   if (const std::string problem = registry.problem(); !problem.empty()) {
@@ -300,33 +316,41 @@ StageResult register_built_map(Workspace& workspace, Prompts& prompts, Progress&
   if (is_registered(workspace, prompts, registry)) return StageResult::stopped;
   const std::string folder = registered_map_folder(workspace.settings);
   if (!release_files(workspace, prompts, progress, paths_in(folder), held)) return StageResult::stopped;
-  const auto tell_folder = [&] {
-    const std::string parent = platform::folder_of(folder);
-    if (!platform::folder_is_writable(parent)) prompts.tell(use_another_folder, Icon::warning);
-  };
   const Result<Registration> made =
       create_mapsourcefiles(workspace, progress, registry, workspace.built_files);
   if (!made.ok()) {
     prompts.tell(workspace.message(message_error_adding) + "\r\n" + made.error, Icon::critical);
-    tell_folder();
+    if (!platform::folder_is_writable(platform::folder_of(folder)))
+      prompts.tell(use_another_folder, Icon::warning);
     return StageResult::failed;
   }
-  const Status imported = regi(workspace, prompts, progress, registry, made.value);
-  if (!imported.ok()) {
-    // Half a family would only confuse the Garmin programs; what could be taken back is.
-    const Status removed =
-        registry.remove_key(family_key(product, registry.is_64bit()), [&] { progress.process_events(); });
-    querymapsource(workspace, registry, prompts, progress);
-    prompts.tell(workspace.message(message_error_adding) + "\r\n" + imported.error +
-                     (removed.ok() ? "" : "\r\n" + removed.error),
-                 Icon::critical);
-    prompts.tell(not_registered, Icon::warning);
-    tell_folder();
+  if (const Status imported = regi(workspace, prompts, progress, registry, made.value); !imported.ok()) {
+    const std::string left = take_back(workspace, prompts, progress, registry, made.value);
+    tell_not_registered(workspace, prompts, imported.error + left);
     return StageResult::failed;
   }
   report.registered_folder = made.value.folder;
-  prompts.tell("'" + product + "' " + workspace.message(message_installed));
+  const std::string text = "'" + made.value.facts.family + "' " + workspace.message(message_installed);
+  progress.status(text);
+  prompts.tell(text);
   return StageResult::done;
+}
+
+}  // namespace
+
+StageResult register_built_map(Workspace& workspace, Prompts& prompts, Progress& progress, Registry& registry,
+                               BuildReport& report, const HeldFiles& held) {
+  const std::string product = product_of(workspace.settings);
+  if (const std::string problem = product_problem(product); !problem.empty()) {
+    prompts.tell(problem, Icon::warning);
+    return StageResult::stopped;
+  }
+  RegistryTurn turn;
+  if (const Status mine = turn.take(progress); !mine.ok()) {
+    prompts.tell(workspace.message(message_error_adding) + "\r\n" + mine.error, Icon::critical);
+    return StageResult::failed;
+  }
+  return register_in_turn(workspace, prompts, progress, registry, report, held);
 }
 
 BuildServices build_services(Prompts& prompts, Progress& progress) {
@@ -357,7 +381,7 @@ CleanupServices cleanup_services(Workspace& workspace, Prompts& prompts, Progres
     return folders;
   };
   services.import_registration = [&](const std::string& file) {
-    return open_registry(workspace)->import_file(file, [&] { progress.process_events(); });
+    return import_registration(*open_registry(workspace), progress, file);
   };
   return services;
 }

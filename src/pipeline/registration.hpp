@@ -35,6 +35,9 @@ Result<Registration> create_mapsourcefiles(const Workspace& workspace, Progress&
 Status regi(Workspace& workspace, Prompts& prompts, Progress& progress, Registry& registry,
             const Registration& registration, const std::string& detail = "");
 
+// The advice for a map that is not registered, with the reason.
+void tell_not_registered(const Workspace& workspace, Prompts& prompts, const std::string& reason);
+
 // The whole stage behind a good build. Refused (and told) for a product or an FID that is registered.
 StageResult register_built_map(Workspace& workspace, Prompts& prompts, Progress& progress, Registry& registry,
                                BuildReport& report, const HeldFiles& held = {});
