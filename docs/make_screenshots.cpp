@@ -15,9 +15,11 @@
 #include "app/language_file.hpp"
 #include "ui/about_box.hpp"
 #include "ui/f1.hpp"
+#include "ui/installed_maps_list.hpp"
 #include "ui/option_editor.hpp"
 #include "ui/qt_text.hpp"
 #include "ui/settings.hpp"
+#include "ui/surplus.hpp"
 #include "ui/tag_keys.hpp"
 #include "ui/theme.hpp"
 #include "ui/tools_page.hpp"
@@ -110,6 +112,11 @@ void take_dialogs(ui::f1& window, ui::WindowSession& session, Camera& camera) {
   camera.take_dialog(splitter, QStringLiteral("options-splitter"));
   ui::tag_keys keys(workspace.texts, prompts, &window);
   camera.take_dialog(keys, QStringLiteral("tag-keys"));
+  ui::installed_maps_list maps(workspace, prompts, progress, &window);
+  camera.take_dialog(maps, QStringLiteral("installed-maps"));
+  ui::surplus unused(workspace, prompts, progress, &window);
+  press(unused, "surplus_search");
+  camera.take_dialog(unused, QStringLiteral("unused-maps"));
   ui::about_box about(workspace, &window);
   camera.take_dialog(about, QStringLiteral("about"));
 }
@@ -132,10 +139,12 @@ int main(int count, char** arguments) {
   QDir().mkpath(words[1]);
   ui::apply_theme(words[2]);
   const QTemporaryDir home;
+  qputenv("HOME", home.path().toUtf8());  // no Wine prefix of whoever takes the pictures
   ui::WindowSession session;
   session.open(ui::from_qt(home.path() + QStringLiteral("/ferrowen")));
   session.workspace.settings.splitter_options = "--output=o5m\r\n--max-nodes=10000";
   session.workspace.settings.device_image = true;
+  session.workspace.settings.register_map = true;
   session.workspace.settings.map_name = "Faroe Islands";
   if (words.size() > 4) {
     const Status loaded = load_language(session.workspace, ui::from_qt(words[4]));

@@ -51,6 +51,9 @@ const Items& commands() {
       {"option_toggle", "Switch line off/on"},
       {"option_next", "Next remark"},
       {"open_wiki", "Open the wiki page"},
+      {"remove_map", "Remove"},
+      {"unused_maps", "Unused maps..."},
+      {"recover", "Recover"},
   };
   return items;
 }
@@ -244,6 +247,10 @@ const Items& menus() {
       {"mhelp_java", "Java version"},
       {"mhelp_update", "Project page"},
       {"mhelp_about", "About Ferrowen..."},
+      {"mmaps_installed", "Installed maps..."},
+      {"mmaps_unused", "Unused maps..."},
+      {"mtools_installer", "Create Window Installer"},
+      {"mtools_fix_registry", "Fix Registry Problem"},
   };
   return items;
 }
@@ -278,6 +285,14 @@ const Items& tooltips() {
        "Uses these options from now on, and saves them in the option set that is chosen (CTRL Enter)"},
       {"tag_search", "Words that stand in the key, its meaning or its values"},
       {"open_wiki", "Shows what the wiki of OpenStreetMap says about this key"},
+      {"maps_search", "A part of the name, the family ID or a path"},
+      {"maps_remove", "Takes the map out of the registry and deletes its files, after a question (Delete)"},
+      {"maps_copy", "Copies what the registry holds for the chosen map"},
+      {"surplus_folder", "The folder whose subfolders are searched for maps that are not registered"},
+      {"surplus_delete", "Deletes the map folders that are ticked, after a question"},
+      {"surplus_recover", "Registers the one map that is ticked again, from the registration text in its folder"},
+      {"image_place", "Where the device image is copied to after a build: a folder, or a drive that is plugged in"},
+      {"launch", "Starts the program of the settings that shows registered maps"},
   };
   return items;
 }
@@ -442,6 +457,29 @@ const Items& labels() {
       {"about_toolkit", "Window library"},
       {"about_java", "Java"},
       {"about_folder", "Program folder"},
+      {"maps_title", "Installed maps"},
+      {"maps_product", "Product"},
+      {"maps_fid", "FID"},
+      {"maps_typ", "TYP File"},
+      {"maps_location", "Location"},
+      {"maps_values", "In the registry"},
+      {"maps_count", "%1 of %2 maps"},
+      {"maps_package", "A map package, without entries in the registry: %1"},
+      {"maps_place_system", "From the registry of this computer."},
+      {"maps_place_wine", "From the Wine prefix %1"},
+      {"maps_place_own", "No Garmin programs were found; registered maps are noted in %1"},
+      {"surplus_title", "Unused maps"},
+      {"surplus_what",
+       "Folders with a map that no registered family uses any more. They can be deleted, or registered again."},
+      {"surplus_folder", "Folder"},
+      {"surplus_list_folder", "Folder of the map"},
+      {"surplus_size", "Size"},
+      {"surplus_changed", "Changed"},
+      {"surplus_registration", "Can be recovered"},
+      {"surplus_total", "%1 of %2 ticked, %3"},
+      {"image_place", "Image to:"},
+      {"image_place_usual", "Folder of device images"},
+      {"image_place_other", "Another folder..."},
   };
   return items;
 }

@@ -95,6 +95,8 @@ void f1::show_record() {
   show_styles();
   m_form->show(m_workspace.settings);
   m_typ->setEnabled(m_workspace.settings.use_typ);
+  m_launch->setText(to_qt(launch_label(m_workspace.settings)));
+  show_image_place();
   m_java_label->setText(to_qt(java_label(m_workspace.java_version)));
   const QString name = to_qt(platform::name_of(m_workspace.settings.input));
   setWindowTitle(name.isEmpty() ? QStringLiteral("Ferrowen") : name + QStringLiteral(" – Ferrowen"));

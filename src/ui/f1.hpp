@@ -35,6 +35,7 @@ namespace ferrowen::ui {
 //   List1              styles                   List5     TYP files              Check_typ      TYP is used
 //   lb1                tile plot                lab_tiles what is selected
 //   Command_create     Create Map               Command_stop  Stop               javlab         Java version
+//   image_place        where the device image goes            Command_launch  Launch ...
 //   Check2 gmapsupp    upmaps register   Check4 max-jobs   Check5 pois-to-lines   rght drive on left
 //   transp transparent Check7 keep console  Check9 keep errors
 //   Text7              command, one option per line          Text10dos           output of the tools
@@ -84,6 +85,7 @@ class f1 : public QMainWindow {
   QWidget* make_plot_page();
   QWidget* make_tabs();
   QWidget* make_options();
+  void add_target_buttons(QWidget* box);
   QWidget* make_option_group(const char* title, const std::vector<std::array<const char*, 3>>& flags);
   QLabel* labelled(QWidget* control, std::string_view key);
   void make_menus();
@@ -137,7 +139,15 @@ class f1 : public QMainWindow {
   void write_template();
   void query_java();
   void open_guide();
+  void show_installed_maps();
+  void show_unused_maps();
+  void launch_program(const std::string& name);
   void launch_home_port();
+  void launch_chosen();
+  void offer_launch();
+  void show_image_places(QMenu* menu);
+  void set_image_folder(const std::string& folder);
+  void show_image_place();
   void open_path(const std::string& path);
   void open_address(const std::string& address);
   [[nodiscard]] QString details() const;
@@ -167,6 +177,8 @@ class f1 : public QMainWindow {
   QPushButton* m_create = nullptr;
   QPushButton* m_stop = nullptr;
   QPushButton* m_open_folder = nullptr;
+  QPushButton* m_image_place = nullptr;
+  QPushButton* m_launch = nullptr;
   QStackedWidget* m_stack = nullptr;
   TilePlot* m_plot = nullptr;
   ToolsPage* m_tools_page = nullptr;

@@ -147,13 +147,14 @@ void f1::create_map() {
     show_record();
     show_outcome(report.result, "failed");
     save_now();
+    if (!report.registered_folder.empty()) offer_launch();
   });
 }
 
 BuildReport f1::create_map_stage() {
   const BuildServices services = build_services(*m_prompts, *m_progress);
   BuildReport report = ferrowen::create_map(m_workspace, *m_prompts, *m_progress, services);
-  if (report.result != StageResult::done) return report;
+  if (!report.built) return report;
   const bool registered = !report.registered_folder.empty();
   m_built_name = registered ? QString() : to_qt(m_workspace.settings.map_name);
   m_progress->fraction(1);
@@ -285,18 +286,6 @@ void f1::open_guide() {
   auto* window = new GuideWindow(m_workspace.texts, path, this);
   window->setAttribute(Qt::WA_DeleteOnClose);
   window->show();
-}
-
-void f1::launch_home_port() {
-  std::string& program = m_workspace.settings.home_port;
-  if (!file_exists(program)) {
-    const std::optional<std::string> chosen =
-        m_prompts->choose_file({m_workspace.message(226), {{"EXE Files", "*.exe"}}, program, false});
-    if (!chosen) return;
-    program = *chosen;
-    save_now();
-  }
-  open_path(program);
 }
 
 void f1::open_path(const std::string& path) {

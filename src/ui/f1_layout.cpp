@@ -4,6 +4,7 @@
 #include <QHBoxLayout>
 #include <QVBoxLayout>
 
+#include "pipeline/garmin_programs.hpp"
 #include "ui/f1.hpp"
 #include "ui/plot_button.hpp"
 #include "ui/qt_text.hpp"
@@ -332,6 +333,22 @@ QWidget* f1::make_option_group(const char* title, const std::vector<Flag>& flags
   return box;
 }
 
+void f1::add_target_buttons(QWidget* box) {
+  m_image_place = new QPushButton(box);
+  m_image_place->setObjectName(QStringLiteral("image_place"));
+  auto* places = new QMenu(m_image_place);
+  m_image_place->setMenu(places);
+  connect(places, &QMenu::aboutToShow, this, [this, places] { show_image_places(places); });
+  m_binder.custom([this] { show_image_place(); });
+  m_launch = new QPushButton(box);
+  m_launch->setObjectName(QStringLiteral("Command_launch"));
+  m_binder.tooltip(m_launch, "launch");
+  m_binder.custom([this] { m_launch->setText(to_qt(launch_label(m_workspace.settings))); });
+  connect(m_launch, &QPushButton::clicked, this, &f1::launch_chosen);
+  box->layout()->addWidget(m_image_place);
+  box->layout()->addWidget(m_launch);
+}
+
 QWidget* f1::make_options() {
   auto* content = new QWidget(this);
   auto* column = new QVBoxLayout(content);
@@ -345,7 +362,9 @@ QWidget* f1::make_options() {
   connect(edit, &QPushButton::clicked, this, [this] { show_option_editor(false); });
   column->addWidget(options);
   column->addWidget(make_option_group("contours_dem", elevation_flags));
-  column->addWidget(make_option_group("targets", target_flags));
+  QWidget* targets = make_option_group("targets", target_flags);
+  add_target_buttons(targets);
+  column->addWidget(targets);
   column->addWidget(make_option_group("run", run_flags));
   column->addStretch(1);
   m_options = new SidePanel(content, this);

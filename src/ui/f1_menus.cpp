@@ -12,8 +12,11 @@
 #include "app/version.hpp"
 #include "base/files.hpp"
 #include "pipeline/build_plan.hpp"
+#include "pipeline/garmin_programs.hpp"
+#include "pipeline/installer.hpp"
 #include "pipeline/map_archive.hpp"
 #include "pipeline/previous_map.hpp"
+#include "pipeline/registration_repair.hpp"
 #include "pipeline/tiles/last_split.hpp"
 #include "ui/about_box.hpp"
 #include "ui/f1.hpp"
@@ -124,9 +127,20 @@ void f1::fill_map_menu(QMenu* menu) {
   entry(menu, "mmaps_output", [this] { open_path(build_output_folder(m_workspace.settings)); });
   entry(menu, "mmaps_image", [this] { open_path(m_workspace.settings.gmapsupp_folder); });
   menu->addSeparator();
-  entry(menu, "mmaps_launch_basecamp", [this] { open_path(m_workspace.settings.basecamp); });
+  stage_entry(
+      menu, "mmaps_installed", [this] { show_installed_maps(); }, QKeySequence(Qt::CTRL | Qt::Key_I));
+  stage_entry(menu, "mmaps_unused", [this] { show_unused_maps(); });
+  menu->addSeparator();
+  entry(menu, "mmaps_launch_basecamp", [this] { launch_program("Basecamp"); });
+  entry(menu, "mmaps_launch_mapsource", [this] { launch_program("Mapsource"); });
   entry(menu, "mmaps_launch_homeport", [this] { launch_home_port(); });
-  entry(menu, "mmaps_launch_mapsource", [this] { open_path(m_workspace.settings.mapsource); });
+  // The Garmin programs stand above; a viewer that is not here is of no use to anybody.
+  for (const std::string& name : launchable_programs()) {
+    const bool has_entry = name == "Basecamp" || name == "Mapsource" || name == "HomePort";
+    if (has_entry || launch_path(m_workspace.settings, name).empty()) continue;
+    connect(menu->addAction(to_qt("Launch " + name)), &QAction::triggered, this,
+            [this, name] { launch_program(name); });
+  }
 }
 
 void f1::fill_tools_menu(QMenu* menu) {
@@ -135,6 +149,14 @@ void f1::fill_tools_menu(QMenu* menu) {
       edit_text(to_qt(path));
   });
   entry(menu, "mtools_last_run", [this] { view_text(to_qt(m_workspace.path(file_name::last_run))); });
+  menu->addSeparator();
+  stage_entry(menu, "mtools_installer", [this] {
+    if (take_settings()) creatensis(m_workspace, *m_prompts, *m_progress);
+  });
+  stage_entry(menu, "mtools_fix_registry", [this] {
+    if (take_settings())
+      fix_registry_problem(m_workspace, *m_prompts, *m_progress, *open_registry(m_workspace));
+  });
   menu->addSeparator();
   entry(
       menu, "mtools_log",

@@ -9,6 +9,7 @@
 #include "app/settings_file.hpp"
 #include "base/text.hpp"
 #include "pipeline/options_text.hpp"
+#include "ui/push_button.hpp"
 #include "ui/qt_text.hpp"
 #include "ui/window_layout.hpp"
 
@@ -20,13 +21,6 @@ constexpr int message_continue = 171, message_apply = 190, message_clear = 191;
 constexpr int window_width = 980, window_height = 640;
 constexpr qsizetype most_remarks = 3;
 constexpr int list_share = 2, text_share = 3;
-
-QPushButton* push_button(QWidget* parent, const char* name) {
-  auto* button = new QPushButton(parent);
-  button->setObjectName(QLatin1String(name));
-  button->setAutoDefault(false);
-  return button;
-}
 
 }  // namespace
 

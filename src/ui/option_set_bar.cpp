@@ -8,6 +8,7 @@
 #include <algorithm>
 
 #include "base/text.hpp"
+#include "ui/push_button.hpp"
 #include "ui/qt_text.hpp"
 
 namespace ferrowen::ui {
@@ -19,13 +20,6 @@ constexpr int longest_name = 100;
 
 bool same_text(std::string_view one, std::string_view other) {
   return with_crlf(trim(one)) == with_crlf(trim(other));
-}
-
-QPushButton* push_button(QWidget* parent, const char* name) {
-  auto* button = new QPushButton(parent);
-  button->setObjectName(QLatin1String(name));
-  button->setAutoDefault(false);
-  return button;
 }
 
 }  // namespace
