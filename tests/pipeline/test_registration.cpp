@@ -4,10 +4,12 @@
 
 #include <filesystem>
 #include <system_error>
+#include <thread>
 
 #include "base/files.hpp"
 #include "base/text.hpp"
 #include "pipeline/installed_maps.hpp"
+#include "pipeline/registry_turn.hpp"
 #include "support/built_map.hpp"
 
 using namespace ferrowen;
@@ -231,6 +233,27 @@ TEST_CASE("files that another program holds: closed when the person agrees, aske
   CHECK(test.prompts.asks().back() == ". Please close Basecamp/Mapinstall/Mapsource.\r\nTry again?");
   CHECK(file_exists(test.in_folder("abc.tdb")));
   CHECK(test.workspace.registered_names == ",My Map,");
+}
+
+TEST_CASE("two programs that register the same family at once: one of them does, the other is told") {
+  Built one, other;
+  other.registry = embedded_registry(one.home / "registry.reg");
+  other.set("map-name=Another Map");
+  StageResult results[2] = {};
+  std::thread first([&] { results[0] = one.register_map(); });
+  std::thread second([&] { results[1] = other.register_map(); });
+  first.join();
+  second.join();
+  CHECK((results[0] == StageResult::done) != (results[1] == StageResult::done));
+  const Built& refused = results[0] == StageResult::done ? other : one;
+  CHECK(refused.prompts.tells().back() == "FID 1000 exists in Mapsource. Can't upload map.");
+  CHECK(installed_maps(*embedded_registry(one.home / "registry.reg"), one.workspace.messages, one.prompts)
+            .size() == 1);
+
+  RegistryTurn held;
+  REQUIRE(held.take(one.progress).ok());
+  RegistryTurn late;
+  CHECK_FALSE(late.take(one.progress, std::chrono::milliseconds(1)).ok());
 }
 
 TEST_CASE("launching: the label, and a program that is not there") {
