@@ -15,8 +15,9 @@ app: runner base platform
 pipeline/tiles: app runner base platform
 elevation: pipeline/tiles app runner base platform
 pipeline: elevation pipeline/tiles app runner base platform
-ui: pipeline elevation pipeline/tiles app runner base platform
-cli: pipeline elevation pipeline/tiles app runner base platform
+automation: pipeline elevation pipeline/tiles app runner base platform
+ui: automation pipeline elevation pipeline/tiles app runner base platform
+cli: automation pipeline elevation pipeline/tiles app runner base platform
 '
 
 allowed_for() { printf '%s\n' "$rules" | sed -n "s|^$1:||p"; }

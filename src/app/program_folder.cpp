@@ -43,6 +43,7 @@ const std::vector<std::string_view>& shipped_assets() {
   static const std::vector<std::string_view> assets = {
       file_name::sample_map,         file_name::default_typ,    file_name::land_cells,
       file_name::logging_properties, file_name::mkgmap_options, file_name::splitter_options,
+      file_name::script_template,    file_name::tag_templates,
   };
   return assets;
 }

@@ -57,6 +57,8 @@ inline constexpr std::string_view error_stream = "dos.txt";
 inline constexpr std::string_view default_typ = "mapnik65001.typ";
 inline constexpr std::string_view sample_map = "faroe-islands.osm.pbf";
 inline constexpr std::string_view land_cells = "hgt_land";
+inline constexpr std::string_view script_template = "newscrpt";
+inline constexpr std::string_view tag_templates = "commands";
 inline constexpr std::string_view last_file = "system/lastfile";
 inline constexpr std::string_view lock = "system/lock";
 #ifdef _WIN32

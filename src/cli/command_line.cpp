@@ -6,6 +6,7 @@
 
 #include "app/version.hpp"
 #include "base/text.hpp"
+#include "cli/automation_line.hpp"
 #include "cli/elevation_line.hpp"
 #include "cli/near_names.hpp"
 
@@ -250,6 +251,7 @@ struct Parser {
   MapsArguments maps;
   UnusedMapsArguments unused_maps;
   ElevationArguments elevation;
+  AutomationArguments automation;
 
   Parser() {
     constexpr std::size_t column = 28;
@@ -267,6 +269,7 @@ struct Parser {
     add_build(app, build);
     add_maps(app, maps, unused_maps);
     add_elevation(app, elevation, global_hint);
+    add_automation(app, automation, global_hint);
     add_language(app, language);
     app.require_subcommand(1);
     app.footer(main_footer);
@@ -285,6 +288,8 @@ struct Parser {
     if (app.got_subcommand("contours")) return {global, elevation.contours};
     if (app.got_subcommand("unzip")) return {global, elevation.unzip};
     if (app.got_subcommand("merge")) return {global, elevation.merge};
+    if (app.got_subcommand("run")) return {global, automation.run};
+    if (app.got_subcommand("script")) return {global, automation.script};
     return {global, build};
   }
 };

@@ -83,11 +83,21 @@ struct MergeArguments {
   std::optional<std::string> list;
 };
 
+struct RunArguments {
+  std::vector<std::string> scripts;
+};
+
+struct ScriptArguments {
+  enum class Action : unsigned char { make, check };
+  Action action = Action::make;
+  std::string file;
+};
+
 struct CommandLine {
   GlobalOptions global;
   std::variant<SettingsArguments, SplitArguments, TilesArguments, BuildArguments, LanguageArguments,
                MapsArguments, UnusedMapsArguments, HgtArguments, ContoursArguments, UnzipArguments,
-               MergeArguments>
+               MergeArguments, RunArguments, ScriptArguments>
       command;
 };
 

@@ -19,4 +19,7 @@ ExitStatus run_command(Session& session, const ContoursArguments& arguments);
 ExitStatus run_command(Session& session, const UnzipArguments& arguments);
 ExitStatus run_command(Session& session, const MergeArguments& arguments);
 
+ExitStatus run_command(Session& session, const RunArguments& arguments);
+ExitStatus run_command(Session& session, const ScriptArguments& arguments);
+
 }  // namespace ferrowen

@@ -1,8 +1,8 @@
 // The tiles and heights that a command about elevation works for.
 #pragma once
 
+#include "app/run_settings.hpp"
 #include "cli/command_line.hpp"
-#include "cli/run_settings.hpp"
 #include "cli/session.hpp"
 
 namespace ferrowen {

@@ -4,8 +4,8 @@
 #include <optional>
 #include <string>
 
+#include "app/run_settings.hpp"
 #include "cli/command_line.hpp"
-#include "cli/run_settings.hpp"
 #include "cli/session.hpp"
 
 namespace ferrowen {

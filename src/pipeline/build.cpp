@@ -323,7 +323,9 @@ BuildReport create_map(Workspace& workspace, Prompts& prompts, Progress& progres
   report.stages.push_back({"build", now() - start});
   report.tiles = plan.map_names.size();
   const StageResult registered = register_when_wanted(workspace, services, report);
-  deliver(workspace, prompts, progress, images_before, report);
+  // A person who sees that a map could not be registered has its image all the same; a script ends there.
+  if (registered == StageResult::done || !workspace.script_running)
+    deliver(workspace, prompts, progress, images_before, report);
   // After what later stages moved; a list that cannot be written costs "Remove Previous Map" alone.
   if (!workspace.built_files.empty()) {
     if (const Status kept = remember_built_files(workspace); !kept.ok())
@@ -333,11 +335,11 @@ BuildReport create_map(Workspace& workspace, Prompts& prompts, Progress& progres
   return report;
 }
 
-BuildReport make_map(Workspace& workspace, Prompts& prompts, Progress& progress,
-                     const BuildServices& services, const BuildRequest& request) {
+BuildReport prepare_tiles(Workspace& workspace, Prompts& prompts, Progress& progress,
+                          const BuildServices& services, const BuildRequest& request) {
   BuildReport report;
-  const bool splits = split_is_wanted(workspace, request);
-  if (splits) {
+  report.result = StageResult::done;
+  if (split_is_wanted(workspace, request)) {
     report.result = split_first(workspace, prompts, progress, services, report);
     if (report.result != StageResult::done) return report;
     workspace.saved_selection = false;
@@ -347,11 +349,17 @@ BuildReport make_map(Workspace& workspace, Prompts& prompts, Progress& progress,
   if (const Status selected = apply_selection(workspace, request); !selected.ok()) {
     prompts.tell(selected.error, Icon::warning);
     report.result = StageResult::stopped;
-    return report;
   }
-  BuildReport built =
-      create_map(workspace, prompts, progress, services, splits ? CheckScope::after_split : CheckScope::all);
-  built.stages.insert(built.stages.begin(), report.stages.begin(), report.stages.end());
+  return report;
+}
+
+BuildReport make_map(Workspace& workspace, Prompts& prompts, Progress& progress,
+                     const BuildServices& services, const BuildRequest& request) {
+  const BuildReport tiles = prepare_tiles(workspace, prompts, progress, services, request);
+  if (tiles.result != StageResult::done) return tiles;
+  const CheckScope scope = tiles.stages.empty() ? CheckScope::all : CheckScope::after_split;
+  BuildReport built = create_map(workspace, prompts, progress, services, scope);
+  built.stages.insert(built.stages.begin(), tiles.stages.begin(), tiles.stages.end());
   return built;
 }
 

@@ -45,7 +45,11 @@ struct BuildRequest {
 // pipeline/delivery.hpp.
 BuildReport create_map(Workspace& workspace, Prompts& prompts, Progress& progress,
                        const BuildServices& services, CheckScope scope = CheckScope::all);
-// The same from any state: splits first when the input needs it, then selects and builds.
+// The first half of make_map: the input is split when it needs that, after the checks that need no tiles, and
+// the tiles to build are selected. The split's time is in the report, and its result.
+BuildReport prepare_tiles(Workspace& workspace, Prompts& prompts, Progress& progress,
+                          const BuildServices& services, const BuildRequest& request);
+// Create Map from any state: prepare_tiles, then the build.
 BuildReport make_map(Workspace& workspace, Prompts& prompts, Progress& progress,
                      const BuildServices& services, const BuildRequest& request);
 

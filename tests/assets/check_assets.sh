@@ -46,7 +46,7 @@ typ_covers_style() {
 }
 
 line_ends() {
-    for name in mapnik65001.txt hgt_land mkopts splopts logging.properties; do
+    for name in mapnik65001.txt hgt_land mkopts splopts newscrpt commands logging.properties; do
         python3 -B "$here/check_assets.py" crlf "$assets/$name" || return 1
     done
 }

@@ -3,7 +3,7 @@
 #include "app/start_up.hpp"
 #include "base/files.hpp"
 #include "cli/run_options.hpp"
-#include "cli/run_settings.hpp"
+#include "app/run_settings.hpp"
 #include "platform/paths.hpp"
 #include "support/temp_folder.hpp"
 

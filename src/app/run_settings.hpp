@@ -1,4 +1,4 @@
-// Options of the command line change the settings record for one run only: the stored values come back
+// Options of a command line or a script change the settings record for one run only: the stored values come back
 // before the record is saved, while everything else that the run changed in it is kept.
 #pragma once
 

@@ -1,4 +1,4 @@
-#include "cli/run_settings.hpp"
+#include "app/run_settings.hpp"
 
 #include <type_traits>
 #include <variant>

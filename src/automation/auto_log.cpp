@@ -1,0 +1,59 @@
+#include "automation/auto_log.hpp"
+
+#include <cstdint>
+
+#include "base/files.hpp"
+#include "base/text.hpp"
+#include "platform/paths.hpp"
+
+namespace ferrowen {
+
+namespace {
+
+constexpr std::size_t most_bytes = std::size_t{8} << 20;
+
+// Scripts of one name in different folders have logs of their own: the folder's sum stands in the name,
+// except for the folder of scripts. (FNV-1a)
+std::string log_name(const Workspace& workspace, const std::string& script) {
+  const std::string folder = platform::folder_of(script);
+  if (same_file(folder, workspace.settings.scripts_folder)) return platform::name_of(script);
+  std::uint32_t sum = 2166136261U;
+  for (const char c : folder)
+    sum = (sum ^ static_cast<unsigned char>(c)) * 16777619U;
+  return platform::name_of(script) + "-" + std::to_string(sum);
+}
+
+}  // namespace
+
+AutoLog::AutoLog(const Workspace& workspace, const std::string& script)
+    : m_path(platform::join(workspace.path("logs"), log_name(workspace, script) + ".log")) {}
+
+void AutoLog::line(std::string_view text) { tool_output(std::string(trim(text)) + "\n"); }
+
+void AutoLog::tool_output(std::string_view text) {
+  if (m_full) return;
+  m_full = m_text.size() + text.size() > most_bytes;
+  m_text += m_full ? std::string_view("\n[...]\n") : text;
+}
+
+Status AutoLog::finish(std::string_view report) const {
+  if (Status made = make_folder(platform::folder_of(m_path)); !made.ok()) return made;
+  return safe_write(m_path, with_crlf(std::string(report) + "\n" + m_text));
+}
+
+void LoggedProgress::status(std::string_view text) {
+  if (!trim(text).empty()) m_log.line(text);
+  m_progress.status(text);
+}
+
+void LoggedProgress::output(std::string_view text) {
+  m_log.tool_output(text);
+  m_progress.output(text);
+}
+
+void LoggedProgress::command(std::string_view text) {
+  m_log.line(text);
+  m_progress.command(text);
+}
+
+}  // namespace ferrowen

@@ -1,0 +1,60 @@
+// Reports of automation runs as text.
+#include <string_view>
+
+#include "automation/auto_run.hpp"
+#include "base/text.hpp"
+#include "platform/paths.hpp"
+
+namespace ferrowen {
+
+namespace {
+
+std::string_view word_of(const AutoReport& report) {
+  if (!report.problems.empty()) return "not started";
+  switch (report.result) {
+    case StageResult::done:
+      return "done";
+    case StageResult::stopped:
+      return "stopped";
+    case StageResult::failed:
+      return "failed";
+    case StageResult::cancelled:
+      break;
+  }
+  return "cancelled";
+}
+
+std::string seconds_text(double seconds) { return fixed_text(seconds, 1) + " s"; }
+
+}  // namespace
+
+std::string report_text(const AutoReport& report) {
+  std::string text =
+      report.script + ": " + std::string(word_of(report)) + ", " + seconds_text(report.seconds) + "\n";
+  for (const std::string& problem : report.problems)
+    text += "  " + problem + "\n";
+  for (const StageTime& stage : report.stages)
+    text += "  " + stage.stage + ": " + seconds_text(stage.seconds) + "\n";
+  for (const MadeFile& file : report.build.files)
+    text += "  " + file.path + " (" + std::to_string(file.size) + " bytes)\n";
+  if (!report.build.image.empty()) text += "  device image: " + report.build.image + "\n";
+  if (!report.build.registered_folder.empty())
+    text += "  registered: " + report.build.registered_folder + "\n";
+  for (const QuietMessage& message : report.messages)
+    text += "  " + message_line(message) + "\n";
+  return text;
+}
+
+std::string summary_text(const std::vector<AutoReport>& reports) {
+  std::string text;
+  std::size_t good = 0;
+  for (const AutoReport& report : reports) {
+    if (report.result == StageResult::done && report.problems.empty()) ++good;
+    text += std::string(word_of(report)) + "  " + seconds_text(report.seconds) + "  " + report.script;
+    if (!report.problems.empty()) text += "  (" + report.problems.front() + ")";
+    text += "\n";
+  }
+  return text + std::to_string(good) + " of " + std::to_string(reports.size()) + " maps were made.\n";
+}
+
+}  // namespace ferrowen
