@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <cmath>
 #include <iterator>
-#include <limits>
+#include <optional>
 #include <set>
 #include <utility>
 
@@ -35,6 +35,7 @@ bool read_real(std::string_view value, Bounds bounds, double& target) {
   return true;
 }
 
+// `target` may be an int or an optional one.
 template <typename Whole>
 bool read_whole(std::string_view value, long least, long greatest, Whole& target) {
   const std::optional<long> number = exact_whole_number(value);
@@ -43,9 +44,9 @@ bool read_whole(std::string_view value, long least, long greatest, Whole& target
   return true;
 }
 
-bool read_size(std::string_view value, std::size_t& target) {
+bool read_size(std::string_view value, long greatest, std::size_t& target) {
   int number = 0;
-  if (!read_whole(value, 0, 1000000, number)) return false;
+  if (!read_whole(value, 0, greatest, number)) return false;
   target = static_cast<std::size_t>(number);
   return true;
 }
@@ -102,7 +103,7 @@ const Option options[] = {
      }},
     {"MinVerticePoints", "0 to 1000000", "lines of fewer points are left out; 3 otherwise",
      [](Words& words, std::string_view value) {
-       return read_size(value, words.command.options.least_points);
+       return read_size(value, 1000000, words.command.options.least_points);
      }},
     {"MinBoundingbox", "0 to 1",
      "lines are left out when both sides of their bounding box are smaller, in degrees; 0.00016 otherwise",
@@ -123,7 +124,7 @@ const Option options[] = {
        return read_truth(value, ignored);
      }},
     {"Threads", "0 to 256", "cells in work at the same time; one per processor otherwise",
-     [](Words& words, std::string_view value) { return read_whole(value, 0, 256, words.command.threads); }},
+     [](Words& words, std::string_view value) { return read_size(value, 256, words.command.threads); }},
 };
 
 std::string option_problem(std::string_view argument, Words& words) {

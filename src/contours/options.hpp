@@ -1,7 +1,7 @@
 // The command line of ferrowen-contours.
 #pragma once
 
-#include <optional>
+#include <cstddef>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -15,7 +15,7 @@ struct ContourCommand {
   ContourOptions options;
   std::vector<ContourJob> jobs;
   bool overwrite = false;
-  unsigned threads = 0;  // cells in work at the same time; 0: as many as there are processors
+  std::size_t threads = 0;  // cells in work at the same time; 0: as many as there are processors
   bool help = false, version = false;
 };
 
