@@ -44,9 +44,10 @@ std::optional<Cell> cell_of_name(std::string_view file_name) {
 }
 
 std::uint64_t first_id(Cell cell) {
-  const auto row = static_cast<std::uint64_t>(cell.latitude + highest_latitude);
-  const auto column = static_cast<std::uint64_t>(cell.longitude + highest_longitude);
-  return first_of_all + (row * 2 * highest_longitude + column) * ids_per_cell;
+  const int row = cell.latitude + highest_latitude;
+  const int column = cell.longitude + highest_longitude;
+  const int index = row * 2 * highest_longitude + column;
+  return first_of_all + static_cast<std::uint64_t>(index) * ids_per_cell;
 }
 
 }  // namespace ferrowen

@@ -18,7 +18,8 @@ std::string size_problem(std::uint64_t bytes) {
   std::string text = "wrong size: " + std::to_string(bytes) + " bytes; a cell has ";
   for (const int size : sizes) {
     const std::string side = std::to_string(size);
-    text += std::to_string(bytes_of(size)) + " (" + side + " x " + side + " samples)";
+    text += std::to_string(bytes_of(size)) + " (" + side;
+    text += " x " + side + " samples)";
     if (size == sizes[0]) text += " or ";
   }
   return text;

@@ -35,6 +35,11 @@ class LevelTable {
   std::vector<double> m_height;
 };
 
+// Of a number that is not below 0; the routines of the library take several times as long.
+std::int32_t rounded(double number) {
+  return static_cast<std::int32_t>(number + 0.5);  // NOLINT(bugprone-incorrect-roundings): see above
+}
+
 // A point where a line crosses an edge between two samples.
 struct Crossing {
   Point point;
@@ -174,8 +179,7 @@ Net::EdgeStart Net::add_edge(int row, int column, bool down, std::int16_t from, 
     const double share = (static_cast<double>(step) * m_interval - begin) / (end - begin);
     const double east = (column + (down ? 0 : share)) * m_spacing;
     const double south = (row + (down ? share : 0)) * m_spacing;
-    const Point point{m_west + static_cast<std::int32_t>(east + 0.5),
-                      m_north - static_cast<std::int32_t>(south + 0.5)};
+    const Point point{m_west + rounded(east), m_north - rounded(south)};
     m_crossings.push_back({point, none, static_cast<std::int16_t>(step), false});
   }
   return start;
