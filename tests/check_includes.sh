@@ -13,6 +13,7 @@ base: platform
 runner: base platform
 app: runner base platform
 pipeline/tiles: app runner base platform
+contours: base platform
 elevation: pipeline/tiles app runner base platform
 pipeline: elevation pipeline/tiles app runner base platform
 automation: pipeline elevation pipeline/tiles app runner base platform
