@@ -12,11 +12,12 @@ platform:
 base: platform
 runner: base platform
 app: runner base platform
+styletools: app runner base platform
 pipeline/tiles: app runner base platform
 elevation: pipeline/tiles app runner base platform
 pipeline: elevation pipeline/tiles app runner base platform
-ui: pipeline elevation pipeline/tiles app runner base platform
-cli: pipeline elevation pipeline/tiles app runner base platform
+ui: styletools pipeline elevation pipeline/tiles app runner base platform
+cli: styletools pipeline elevation pipeline/tiles app runner base platform
 '
 
 allowed_for() { printf '%s\n' "$rules" | sed -n "s|^$1:||p"; }
