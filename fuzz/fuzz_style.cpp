@@ -3,6 +3,7 @@
 
 #include "base/text.hpp"
 #include "expect.hpp"
+#include "styletools/rule_order.hpp"
 #include "styletools/style_rules.hpp"
 
 using namespace ferrowen;
@@ -24,6 +25,8 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     fuzz::expect(statement.place.file < style.files.size(), "every statement knows its file");
     fuzz::expect(statement.place.line > 0, "every statement knows its line");
   }
+  for (const RuleFate& fate : fates_of_rules(rules))
+    fuzz::expect(fate.earlier < rules.statements.size(), "what keeps a rule from matching is a rule");
   fuzz::expect(rules.types.size() == rules.first_rules.size(), "every type knows its first rule");
   return 0;
 }

@@ -41,21 +41,7 @@ std::string find_included(const StyleInclude& include, const std::string& own_fo
   return "";
 }
 
-}  // namespace
-
-std::vector<std::string> get_styles(const Settings& settings) { return style_names(settings); }
-
-StyleLocation locate_style(const Settings& settings, const std::string& name_or_path) {
-  const std::string in_folder = path_below(settings.styles_folder, name_or_path);
-  const bool is_path = name_or_path.find_first_of("/\\") != std::string::npos;
-  if (!is_path && !name_or_path.empty() && folder_exists(in_folder))
-    return {in_folder, settings.styles_folder};
-  if (name_or_path.empty()) return {"", settings.styles_folder};
-  const std::string folder = platform::absolute(name_or_path);
-  return {folder, platform::folder_of(folder)};
-}
-
-StyleText chknodata(const StyleLocation& style, RuleKind kind) {
+StyleText read_rule_file(const StyleLocation& style, RuleKind kind, std::string_view name) {
   std::vector<StyleProblem> unread;
   const IncludeSource source = [&](const StyleInclude& include,
                                    const std::string& own_folder) -> std::optional<StyleFileBytes> {
@@ -67,7 +53,7 @@ StyleText chknodata(const StyleLocation& style, RuleKind kind) {
     found.bytes = std::move(bytes.value);
     return found;
   };
-  StyleFileBytes rule_file{path_below(style.folder, std::string(rule_file_name(kind))), style.folder, ""};
+  StyleFileBytes rule_file{path_below(style.folder, std::string(name)), style.folder, ""};
   if (style.folder.empty() || !is_file(rule_file.path)) return {kind, {}, {}, {}, {}};
   Result<std::string> bytes = read_file(rule_file.path, largest_style_file);
   if (!bytes.ok()) unread.push_back({{}, bytes.error});
@@ -75,6 +61,34 @@ StyleText chknodata(const StyleLocation& style, RuleKind kind) {
   StyleText text = read_style_text(kind, rule_file, source);
   text.problems.insert(text.problems.end(), unread.begin(), unread.end());
   return text;
+}
+
+}  // namespace
+
+std::vector<std::string> get_styles(const Settings& settings) { return style_names(settings); }
+
+StyleLocation locate_style(const Settings& settings, const std::string& name_or_path) {
+  const std::string in_folder = path_below(settings.styles_folder, name_or_path);
+  const bool is_path = name_or_path.find_first_of("/\\") != std::string::npos;
+  if (!is_path && !name_or_path.empty() && folder_exists(in_folder))
+    return {in_folder, settings.styles_folder};
+  if (name_or_path.empty()) return {"", settings.styles_folder};
+  return style_in_folder(name_or_path);
+}
+
+StyleLocation style_in_folder(const std::string& path) {
+  std::string folder = platform::absolute(path);
+  while (folder.size() > 1 && (folder.ends_with('/') || folder.ends_with(platform::separator)))
+    folder.pop_back();
+  return {folder, platform::folder_of(folder)};
+}
+
+StyleText chknodata(const StyleLocation& style, RuleKind kind) {
+  return read_rule_file(style, kind, rule_file_name(kind));
+}
+
+StyleText read_relations(const StyleLocation& style) {
+  return read_rule_file(style, RuleKind::lines, "relations");
 }
 
 void nodata(const StyleLocation& style, Prompts& prompts) {

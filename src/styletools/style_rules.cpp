@@ -100,6 +100,13 @@ class PlaceWalk {
     }
   }
 
+  // The rule file; what its include lines do not lead to stands behind it.
+  void walk_all() {
+    for (std::uint32_t file = 0; file < m_style.files.size(); ++file)
+      walk(file);
+  }
+
+ private:
   void walk(std::uint32_t file) {
     if (m_done[file]) return;
     m_done[file] = true;
@@ -112,7 +119,6 @@ class PlaceWalk {
     }
   }
 
- private:
   static std::pair<std::uint32_t, std::uint32_t> key(StylePlace place) { return {place.file, place.line}; }
 
   void follow(StylePlace place) {
@@ -138,7 +144,7 @@ StyleRules get_styletypes(const StyleText& style) {
   }
   starts.push_back(rules.statements.size());
   add_rules(rules);
-  if (!style.files.empty()) PlaceWalk(style, rules, std::move(starts)).walk(0);
+  PlaceWalk(style, rules, std::move(starts)).walk_all();
   return rules;
 }
 

@@ -13,6 +13,7 @@ constexpr std::string_view comment_may_follow = " ]};{[";
 // Where a line is in a statement: which bracket is open, what stood last.
 struct Brackets {
   int round = 0;
+  int inner = 0;
   char open = 0;  // '{' or '[': the block that is open
   char last = 0;  // last character that is no blank
   bool any_block = false;
@@ -28,8 +29,13 @@ struct Brackets {
         round = 0;
         any_block = true;
       }
-    } else if ((open == '{' && c == '}') || (open == '[' && c == ']')) {
+    } else if (open == '[') {
+      if (c == ']') open = 0;
+    } else if (c == '{') {
+      ++inner;  // of "apply {...}"
+    } else if (c == '}' && inner-- == 0) {
       open = 0;
+      inner = 0;
     }
   }
 };
@@ -84,6 +90,7 @@ bool goes_on(const StyleStatement& statement, const Brackets& brackets, std::str
 
 // A block that is open when the next rule with a type begins was never closed.
 bool was_never_closed(const Brackets& brackets, std::string_view next) {
+  if (brackets.open != 0 && include_of_line(next)) return true;
   if (brackets.open == '[') return contains(next, "[") && !contains(next.substr(0, next.find('[')), "]");
   return brackets.open == '{' && contains(next, "[0x") && !contains(next.substr(0, next.find("[0x")), "}");
 }
