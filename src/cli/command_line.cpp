@@ -7,6 +7,7 @@
 #include "app/version.hpp"
 #include "base/text.hpp"
 #include "cli/near_names.hpp"
+#include "styletools/doctor_report.hpp"
 
 namespace ferrowen {
 
@@ -66,6 +67,23 @@ Examples:
   ferrowen maps unused
   ferrowen maps unused --delete Old_Map --delete /data/maps/Test
   ferrowen maps unused --recover Old_Map)";
+
+constexpr const char* doctor_footer =
+    R"(Checks: typ (needs a TYP file), road-class, resolution, level, tags, unused, style, places.
+All of them when none is named; lists of what is in order come with --check or --verbose.
+Examples:
+  ferrowen doctor styles/mystyle --typ mystyle.typ
+  ferrowen doctor default --check style --kind lines
+  ferrowen doctor . --typ ../my.typ --format csv > report.csv
+
+Exit status: 0 nothing found, 1 something found, 2 unreadable.)";
+
+std::vector<std::string> check_names() {
+  std::vector<std::string> names;
+  for (const DoctorCheck check : doctor_checks)
+    names.emplace_back(check_name(check));
+  return names;
+}
 
 std::string footer(const std::string& text) {
   return text.empty() ? global_hint : text + "\n\n" + global_hint;
@@ -211,6 +229,27 @@ void add_language(CLI::App& app, LanguageArguments& arguments) {
            "Language file to read");
 }
 
+void add_doctor(CLI::App& app, DoctorArguments& arguments) {
+  CLI::App* doctor =
+      add_command(app, "doctor", "Check an mkgmap style, alone and against a TYP file", doctor_footer);
+  doctor->add_option("STYLE", arguments.style, "Folder of the style, or its name in the styles folder")
+      ->type_name("")
+      ->required();
+  text_option(*doctor, "--typ", arguments.typ, "FILE", "Compiled TYP file that is to draw the style");
+  doctor->add_option("--check", arguments.checks, "Run this check alone; may be repeated")
+      ->type_name("NAME")
+      ->allow_extra_args(false)
+      ->check(CLI::IsMember(check_names()).description(""));
+  doctor->add_option("--kind", arguments.kind, "Read this rule file alone")
+      ->type_name("polygons|lines|points")
+      ->take_last()
+      ->check(CLI::IsMember({"polygons", "lines", "points"}).description(""));
+  doctor->add_option("--format", arguments.format, "How findings are printed")
+      ->type_name("text|csv|json")
+      ->take_last()
+      ->check(CLI::IsMember({"text", "csv", "json"}).description(""));
+}
+
 void add_unused_maps(CLI::App& maps, UnusedMapsArguments& arguments) {
   CLI::App* unused = maps.add_subcommand("unused", "List, delete or recover maps that nothing uses any more");
   unused->group("Commands");
@@ -248,6 +287,7 @@ struct Parser {
   LanguageArguments language;
   MapsArguments maps;
   UnusedMapsArguments unused_maps;
+  DoctorArguments doctor;
 
   Parser() {
     constexpr std::size_t column = 28;
@@ -264,6 +304,7 @@ struct Parser {
     add_tiles(app, tiles);
     add_build(app, build);
     add_maps(app, maps, unused_maps);
+    add_doctor(app, doctor);
     add_language(app, language);
     app.require_subcommand(1);
     app.footer(main_footer);
@@ -278,6 +319,10 @@ struct Parser {
       return {global, maps};
     }
     if (app.got_subcommand("language")) return {global, language};
+    if (app.got_subcommand("doctor")) {
+      if (doctor.format == "json") global.json = true;
+      return {global, doctor};
+    }
     return {global, build};
   }
 };

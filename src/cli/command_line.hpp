@@ -55,10 +55,17 @@ struct UnusedMapsArguments {
   std::optional<std::string> recover;
 };
 
+struct DoctorArguments {
+  std::string style;  // path of its folder, or its name in the styles folder
+  std::optional<std::string> typ, kind;
+  std::vector<std::string> checks;  // by their names; none: all
+  std::string format = "text";      // or csv; json is the global option
+};
+
 struct CommandLine {
   GlobalOptions global;
   std::variant<SettingsArguments, SplitArguments, TilesArguments, BuildArguments, LanguageArguments,
-               MapsArguments, UnusedMapsArguments>
+               MapsArguments, UnusedMapsArguments, DoctorArguments>
       command;
 };
 
