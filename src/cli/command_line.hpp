@@ -55,10 +55,20 @@ struct UnusedMapsArguments {
   std::optional<std::string> recover;
 };
 
+struct TypArguments {
+  enum class Action : unsigned char { show, create };
+  Action action = Action::show;
+  std::string file;                                         // show
+  std::optional<std::string> format, output, editor_files;  // show; create: output
+  std::string style;                                        // create
+  std::optional<std::string> family_id;
+  bool complete = false;
+};
+
 struct CommandLine {
   GlobalOptions global;
   std::variant<SettingsArguments, SplitArguments, TilesArguments, BuildArguments, LanguageArguments,
-               MapsArguments, UnusedMapsArguments>
+               MapsArguments, UnusedMapsArguments, TypArguments>
       command;
 };
 

@@ -14,5 +14,6 @@ ExitStatus run_command(Session& session, const BuildArguments& arguments);
 ExitStatus run_command(Session& session, const LanguageArguments& arguments);
 ExitStatus run_command(Session& session, const MapsArguments& arguments);
 ExitStatus run_command(Session& session, const UnusedMapsArguments& arguments);
+ExitStatus run_command(Session& session, const TypArguments& arguments);
 
 }  // namespace ferrowen
