@@ -85,6 +85,12 @@ std::vector<std::string> check_names() {
   return names;
 }
 
+constexpr const char* typ_footer = R"(Examples:
+  ferrowen typ show mapnik65001.typ
+  ferrowen typ show mapnik65001.typ -o mapnik.txt     (in the code page of the file, for mkgmap)
+  ferrowen typ show mapnik65001.typ --format csv
+  ferrowen typ new mystyle --fid 1234 --complete -o mystyle.txt)";
+
 std::string footer(const std::string& text) {
   return text.empty() ? global_hint : text + "\n\n" + global_hint;
 }
@@ -277,6 +283,36 @@ void add_maps(CLI::App& app, MapsArguments& arguments, UnusedMapsArguments& unus
   add_unused_maps(*maps, unused);
 }
 
+void add_typ(CLI::App& app, TypArguments& arguments) {
+  CLI::App* typ = add_command(app, "typ", "Show a compiled TYP file, or begin one for a style", typ_footer);
+  typ->require_subcommand(1);
+  CLI::App* show = typ->add_subcommand("show", "Print a compiled TYP file as TYP text");
+  show->callback([&arguments] { arguments.action = TypArguments::Action::show; });
+  show->add_option("FILE", arguments.file, "Compiled TYP file")->type_name("")->required();
+  show->add_option("--format", arguments.format, "text: TYP text; csv: one line per definition")
+      ->type_name("text|csv")
+      ->take_last()
+      ->check(CLI::IsMember({"text", "csv"}).description(""));
+  text_option(*show, "-o,--output", arguments.output, "FILE", "Write it to a file instead");
+  text_option(*show, "--editor-files", arguments.editor_files, "FILE",
+              "Write FILE_polygons.tvkx, FILE_lines.tvkx and FILE_points.tvkx instead");
+  CLI::App* create = typ->add_subcommand("new", "Write a first TYP text that draws every type of a style");
+  create->callback([&arguments] { arguments.action = TypArguments::Action::create; });
+  create->add_option("STYLE", arguments.style, "Name or folder of an mkgmap style")
+      ->type_name("")
+      ->required();
+  text_option(*create, "--fid", arguments.family_id, "N", "Family ID, 1 to 65000 (12345)");
+  create->add_flag("--complete", arguments.complete,
+                   "Neutral fills for polygons without a colour, so that mkgmap accepts the text; do without "
+                   "missing rule files");
+  text_option(*create, "-o,--output", arguments.output, "FILE", "TYP text to write");
+  create->get_option("--output")->required();
+  for (CLI::App* command : {show, create}) {
+    command->group("Commands");
+    command->footer(global_hint);
+  }
+}
+
 struct Parser {
   CLI::App app{"Turns OpenStreetMap data into Garmin maps."};
   GlobalOptions global;
@@ -288,6 +324,7 @@ struct Parser {
   MapsArguments maps;
   UnusedMapsArguments unused_maps;
   DoctorArguments doctor;
+  TypArguments typ;
 
   Parser() {
     constexpr std::size_t column = 28;
@@ -306,6 +343,7 @@ struct Parser {
     add_maps(app, maps, unused_maps);
     add_doctor(app, doctor);
     add_language(app, language);
+    add_typ(app, typ);
     app.require_subcommand(1);
     app.footer(main_footer);
   }
@@ -323,6 +361,7 @@ struct Parser {
       if (doctor.format == "json") global.json = true;
       return {global, doctor};
     }
+    if (app.got_subcommand("typ")) return {global, typ};
     return {global, build};
   }
 };

@@ -62,10 +62,20 @@ struct DoctorArguments {
   std::string format = "text";      // or csv; json is the global option
 };
 
+struct TypArguments {
+  enum class Action : unsigned char { show, create };
+  Action action = Action::show;
+  std::string file;                                         // show
+  std::optional<std::string> format, output, editor_files;  // show; create: output
+  std::string style;                                        // create
+  std::optional<std::string> family_id;
+  bool complete = false;
+};
+
 struct CommandLine {
   GlobalOptions global;
   std::variant<SettingsArguments, SplitArguments, TilesArguments, BuildArguments, LanguageArguments,
-               MapsArguments, UnusedMapsArguments, DoctorArguments>
+               MapsArguments, UnusedMapsArguments, DoctorArguments, TypArguments>
       command;
 };
 

@@ -15,5 +15,6 @@ ExitStatus run_command(Session& session, const LanguageArguments& arguments);
 ExitStatus run_command(Session& session, const MapsArguments& arguments);
 ExitStatus run_command(Session& session, const UnusedMapsArguments& arguments);
 ExitStatus run_command(Session& session, const DoctorArguments& arguments);
+ExitStatus run_command(Session& session, const TypArguments& arguments);
 
 }  // namespace ferrowen

@@ -118,8 +118,9 @@ TypColour read_colour(TypCursor& cursor) {
 void read_labels_and_font(DefinitionReader& reader, bool has_labels, bool has_font) {
   if (has_labels) read_label_block(reader);
   if (has_font) read_font(reader);
-  if (reader.cursor.ran_out() && reader.definition.damage.empty())
-    reader.definition.damage = "the definition goes beyond its end";
+  if (reader.cursor.ran_out())
+    reader.findings.push_back(
+        {reader.definition.offset, "the labels of type " + reader.definition.key + " go beyond their end"});
 }
 
 }  // namespace ferrowen

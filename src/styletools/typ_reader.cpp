@@ -216,13 +216,13 @@ class Reader {
     definition = std::move(plain);
   }
 
-  // Where the definition ends, read with this scheme.
+  // Where the definition ends, read with this scheme; beyond all others when the file ends first.
   std::size_t read_polygon_as(TypDefinition& definition, std::uint32_t flags, std::uint8_t scheme) {
     DefinitionReader reader{TypCursor(m_bytes, definition.offset, m_end), m_decoder, m_typ.findings,
                             definition};
     polygon_bmp(reader, flags, scheme);
     spend(reader.cursor.at() - definition.offset);
-    return reader.cursor.at();
+    return reader.cursor.ran_out() ? m_bytes.size() + 1 : reader.cursor.at();
   }
 
   TypBytes m_bytes;
