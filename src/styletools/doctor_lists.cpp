@@ -107,9 +107,9 @@ DoctorReport parseplaces(const LoadedStyle& style) {
 DoctorReport parse_notused(const LoadedStyle& style) {
   DoctorReport report;
   for (const StyleLine& line : style.text.lines) {
-    const std::string text = lower_ascii(trim(collapse_equals(line.text)));
-    if (!text.starts_with('#') || !contains(text, "[") || !contains(text, "]") || !contains(text, "0x"))
-      continue;
+    if (!is_comment(line.text)) continue;
+    const std::string text = lower_ascii(line.text);
+    if (!contains(text, "[") || !contains(text, "]") || !contains(text, "0x")) continue;
     DoctorRow row = row_at(DoctorCheck::unused, style, line.place);
     row.weight = Weight::hint;
     row.marker = finding_marker;

@@ -176,6 +176,7 @@ std::string get_resolution(std::string_view rule) {
 }
 
 std::string collapse_equals(std::string_view text) {
+  if (!contains(text, " =") && !contains(text, "= ")) return std::string(text);
   return replace_all(replace_all(text, " =", "="), "= ", "=");
 }
 

@@ -1,6 +1,7 @@
 #include "styletools/tag_tests.hpp"
 
 #include <algorithm>
+#include <iterator>
 
 #include "base/text.hpp"
 
@@ -70,7 +71,7 @@ class TestParser {
     if (!left || !right) return std::nullopt;
     if (both) return both_hold(*left, *right);
     if (left->size() + right->size() > most_alternatives) return std::nullopt;
-    left->insert(left->end(), right->begin(), right->end());
+    std::move(right->begin(), right->end(), std::back_inserter(*left));
     return left;
   }
 
@@ -177,6 +178,7 @@ std::optional<std::vector<Alternative>> both_hold(const std::vector<Alternative>
                                                   const std::vector<Alternative>& right) {
   if (left.size() * right.size() > most_alternatives) return std::nullopt;
   Alternatives found;
+  found.reserve(left.size() * right.size());
   for (const Alternative& one : left) {
     for (const Alternative& other : right) {
       Alternative both;
