@@ -59,6 +59,7 @@ DoctorReport value_list(const LoadedStyle& style, const ListNames& names) {
     row.marker = impossible ? finding_marker : plain_marker;
     row.finding = std::to_string(one.line->place.line) + include_letter(one.line->place.file);
     row.detail = shown_rule(one.line->text);
+    if (contains(one.line->text, "[0x")) row.key = written_type_key(get_type(one.line->text));
     report.add(std::move(row));
   }
   if (listed.empty()) add_no_issues(report, row_of(names.check, style), "No data");

@@ -44,21 +44,30 @@ class StyleCheck {
   }
 
  private:
-  void add(StylePlace place, Weight weight, const char* marker, std::string finding, std::string detail,
-           std::string other = "") {
+  struct Words {
+    std::string finding, detail, other;
+  };
+
+  void add(StylePlace place, Weight weight, const char* marker, Words words) {
     DoctorRow row = row_at(DoctorCheck::style, m_style, place);
     row.weight = weight;
     row.marker = marker;
-    row.finding = std::move(finding);
-    row.detail = std::move(detail);
-    row.other_place = std::move(other);
+    row.finding = std::move(words.finding);
+    row.detail = std::move(words.detail);
+    row.other_place = std::move(words.other);
     m_report.add(std::move(row));
+  }
+
+  // The same for a rule, whose type the row names.
+  void add(const StyleStatement& statement, Weight weight, const char* marker, Words words) {
+    add(statement.place, weight, marker, std::move(words));
+    m_report.rows.back().key = written_type_key(get_type(statement.types.front()));
   }
 
   void add_problems() {
     for (const auto* problems : {&m_style.text.problems, &m_rules.problems}) {
       for (const StyleProblem& problem : *problems)
-        add(problem.place, Weight::error, strong_marker, "Check", problem.text);
+        add(problem.place, Weight::error, strong_marker, {"Check", problem.text, ""});
     }
   }
 
@@ -69,8 +78,8 @@ class StyleCheck {
   void examine(std::size_t index, const StyleStatement& statement) {
     const bool is_address = contains(statement.tests, ":house") || contains(statement.tests, ":post");
     if (is_address && !lets_later_rules_match(statement)) {
-      add(statement.place, Weight::warning, finding_marker, "Check POIs after",
-          std::to_string(statement.place.line));
+      add(statement, Weight::warning, finding_marker,
+          {"Check POIs after", std::to_string(statement.place.line), ""});
     }
     const auto fate = m_fates.find(index);
     if (fate != m_fates.end()) add_fate(fate->second, statement);
@@ -87,18 +96,18 @@ class StyleCheck {
     const std::string other = place_words(m_style, earlier.place);
     switch (fate.kind) {
       case RuleFate::Kind::tag_deleted:
-        return add(statement.place, Weight::warning, finding_marker, "Tag deleted: " + fate.what,
-                   marked("Check:", statement), other);
+        return add(statement, Weight::warning, finding_marker,
+                   {"Tag deleted: " + fate.what, marked("Check:", statement), other});
       case RuleFate::Kind::partly_reached:
-        return add(statement.place, Weight::warning, finding_marker, "Check",
-                   marked("Check:", statement) + " (never for " + shown_rule(fate.what) + ")", other);
+        return add(
+            statement, Weight::warning, finding_marker,
+            {"Check", marked("Check:", statement) + " (never for " + shown_rule(fate.what) + ")", other});
       case RuleFate::Kind::never_reached:
         break;
     }
-    add(statement.place, Weight::error, strong_marker, "Not rendered", marked("Not rendered:", statement),
-        other);
+    add(statement, Weight::error, strong_marker, {"Not rendered", marked("Not rendered:", statement), other});
     if (m_advised.insert(fate.earlier).second)
-      add(earlier.place, Weight::hint, finding_marker, "Add 'continue':", marked("", earlier));
+      add(earlier, Weight::hint, finding_marker, {"Add 'continue':", marked("", earlier), ""});
   }
 
   // The key and value that each alternative begins with, of the keys that are looked at.
@@ -116,8 +125,9 @@ class StyleCheck {
     for (const std::string& pair : pairs) {
       const auto parsed = m_parsed.find(pair);
       if (parsed == m_parsed.end()) continue;
-      return add(statement.place, Weight::hint, finding_marker, "Check", marked("Check:", statement),
-                 "Parsed: " + pair + " " + place_words(m_style, parsed->second));
+      return add(statement, Weight::hint, finding_marker,
+                 {"Check", marked("Check:", statement),
+                  "Parsed: " + pair + " " + place_words(m_style, parsed->second)});
     }
   }
 

@@ -1,5 +1,7 @@
 #include "styletools/style_doctor.hpp"
 
+#include <algorithm>
+
 #include "base/text.hpp"
 #include "styletools/doctor_rows.hpp"
 #include "styletools/tag_actions.hpp"
@@ -49,7 +51,10 @@ std::string shown_rule(std::string_view text) {
 }
 
 std::string place_words(const LoadedStyle& style, StylePlace place) {
-  return style.text.files.at(place.file).name + ":" + std::to_string(place.line);
+  const StyleFile& file = style.text.files.at(place.file);
+  const bool is_only_one = std::count_if(style.text.files.begin(), style.text.files.end(),
+                                         [&](const StyleFile& one) { return one.name == file.name; }) == 1;
+  return (is_only_one ? file.name : file.path) + ":" + std::to_string(place.line);
 }
 
 DoctorReport run_check(DoctorCheck check, const LoadedStyle& style, const TypFile* typ,

@@ -22,7 +22,7 @@ TEST_CASE("doctor: findings with file and line, and the exit status of a linter"
   CHECK(run_cli({"doctor", style, "--kind", "points", "--check", "style"}).told(0, "No issues found."));
   const test::CliResult listed = run_cli({"doctor", style, "--check", "resolution"});
   CHECK(listed.status == 0);
-  CHECK(contains(listed.output, "Points: 1: a=b [0x2a00 resolution 24]\n"));
+  CHECK(contains(listed.output, "Points 02A00: 1: a=b [0x2a00 resolution 24]\n"));
 
   const test::CliResult csv =
       run_cli({"doctor", style, "--format", "csv", "--check", "unused", "--kind", "lines"});

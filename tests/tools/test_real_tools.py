@@ -352,6 +352,50 @@ class TypFiles(RealTools):
         self.assertIn("--complete", run.stderr)
 
 
+class Styles(RealTools):
+    """The doctor on every style inside the installed mkgmap."""
+
+    def examine(self, style, *words, statuses=(0, 1)):
+        command = [str(PROGRAM), "--home", str(self.home), "doctor", str(style), "--json", *map(str, words)]
+        run = subprocess.run(command, capture_output=True, text=True, timeout=60, stdin=subprocess.DEVNULL)
+        self.assertIn(run.returncode, statuses, f"{style}\n{run.stderr}")
+        return json.loads(run.stdout)
+
+    def assert_place_is_right(self, finding):
+        """The rule that a finding shows stands where it says."""
+        line = pathlib.Path(finding["file"]).read_text("utf-8").split("\n")[finding["line"] - 1]
+        begin = "".join(finding["detail"].split())[:12]
+        self.assertIn(begin, "".join(line.split()), finding)
+
+    def test_every_style_goes_through(self):
+        jar = json.loads(self.ferrowen("settings", "get", "mkgmap", "--json").stdout)["value"]
+        with zipfile.ZipFile(jar) as archive:
+            archive.extractall(self.root, [name for name in archive.namelist() if name.startswith("styles/")])
+        typ = BUILD / "share" / "ferrowen" / "mapnik65001.typ"
+        kinds = ("points", "lines", "polygons")
+        styles = [folder for folder in sorted((self.root / "styles").iterdir())
+                  if any((folder / kind).exists() for kind in kinds)]
+        self.assertGreater(len(styles), 10)
+        for style in styles:
+            report = self.examine(style, "--typ", typ)
+            for finding in report["findings"]:
+                # noname puts rules of its own before those of the default style.
+                if style.name != "noname":
+                    self.assertNotEqual(finding["weight"], "error", finding)
+                if finding["finding"] == "Not in TYP":
+                    self.assert_place_is_right(finding)
+        # A rule that can never match is found where it stands.
+        lines = self.root / "styles" / "default" / "lines"
+        count = len(lines.read_text("utf-8").split("\n"))
+        text = lines.read_text("utf-8").replace("<finalize>", "highway=motorway & a=b [0x01 resolution 20]\n<finalize>")
+        lines.write_text(text, "utf-8")
+        lost = [finding for finding in self.examine(lines.parent, "--check", "style", "--kind", "lines")["findings"]
+                if finding["finding"] == "Not rendered"]
+        self.assertEqual(len(lost), 1)
+        self.assertLess(lost[0]["line"], count + 1)
+        self.assertEqual(text.split("\n")[lost[0]["line"] - 1], "highway=motorway & a=b [0x01 resolution 20]")
+
+
 class HostileNames(RealTools):
     home_name = HOSTILE
 
