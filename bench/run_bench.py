@@ -14,6 +14,7 @@ import subprocess
 import sys
 import tempfile
 import time
+import zipfile
 
 
 def wall(command, **keywords):
@@ -83,6 +84,24 @@ def registered_maps(build):
         name, collecting, reading, found, size = line.split()
         print(f"{name + ', ms (' + found + ' found, ' + size + ' bytes)':34}{float(collecting):12.2f}"
               f"{float(reading):14.3f}{float(collecting) / float(reading):8.1f}")
+def doctor(build):
+    """Every check of the Style Doctor on mkgmap's default style and the shipped TYP file, then on copies of its rules."""
+    jar = pathlib.Path("/usr/share/mkgmap/mkgmap.jar")
+    typ = build / "share" / "ferrowen" / "mapnik65001.typ"
+    if not jar.exists() or not typ.exists():
+        print("no mkgmap.jar or no TYP file: the Style Doctor was not timed")
+        return
+    with tempfile.TemporaryDirectory(prefix="ferrowen-bench-") as folder:
+        with zipfile.ZipFile(jar) as archive:
+            archive.extractall(folder, [name for name in archive.namelist() if name.startswith("styles/default/")])
+        program = build / "bin" / "bench-doctor"
+        output = subprocess.run([str(program), folder + "/styles/default", str(typ)], check=True,
+                                capture_output=True, text=True).stdout
+    print(f"{'Style Doctor, all checks':34}{'bytes':>12}{'milliseconds':>14}{'rows':>8}")
+    for line in output.splitlines():
+        copies, size, time_taken, rows = line.split()
+        name = "default style from the disk" if copies == "0" else f"its rules {copies} times"
+        print(f"{name:34}{size if copies != '0' else '':>12}{float(time_taken):14.1f}{rows:>8}")
 
 
 def window(build):
@@ -118,6 +137,7 @@ def main():
     settings_load(build)
     print()
     registered_maps(build)
+    doctor(build)
     print()
     window(build)
     print()

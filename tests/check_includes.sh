@@ -12,6 +12,7 @@ platform:
 base: platform
 runner: base platform
 app: runner base platform
+styletools: app runner base platform
 pipeline/tiles: app runner base platform
 contours: base platform
 elevation: pipeline/tiles app runner base platform
@@ -19,6 +20,8 @@ pipeline: elevation pipeline/tiles app runner base platform
 automation: pipeline elevation pipeline/tiles app runner base platform
 ui: automation pipeline elevation pipeline/tiles app runner base platform
 cli: automation pipeline elevation pipeline/tiles app runner base platform
+ui: styletools pipeline elevation pipeline/tiles app runner base platform
+cli: styletools pipeline elevation pipeline/tiles app runner base platform
 '
 
 allowed_for() { printf '%s\n' "$rules" | sed -n "s|^$1:||p"; }

@@ -9,6 +9,7 @@
 #include "cli/automation_line.hpp"
 #include "cli/elevation_line.hpp"
 #include "cli/near_names.hpp"
+#include "styletools/doctor_report.hpp"
 
 namespace ferrowen {
 
@@ -68,6 +69,29 @@ Examples:
   ferrowen maps unused
   ferrowen maps unused --delete Old_Map --delete /data/maps/Test
   ferrowen maps unused --recover Old_Map)";
+
+constexpr const char* doctor_footer =
+    R"(Checks: typ (needs a TYP file), road-class, resolution, level, tags, unused, style, places.
+All of them when none is named; lists of what is in order come with --check or --verbose.
+Examples:
+  ferrowen doctor styles/mystyle --typ mystyle.typ
+  ferrowen doctor default --check style --kind lines
+  ferrowen doctor . --typ ../my.typ --format csv > report.csv
+
+Exit status: 0 nothing found, 1 something found, 2 unreadable.)";
+
+std::vector<std::string> check_names() {
+  std::vector<std::string> names;
+  for (const DoctorCheck check : doctor_checks)
+    names.emplace_back(check_name(check));
+  return names;
+}
+
+constexpr const char* typ_footer = R"(Examples:
+  ferrowen typ show mapnik65001.typ
+  ferrowen typ show mapnik65001.typ -o mapnik.txt     (in the code page of the file, for mkgmap)
+  ferrowen typ show mapnik65001.typ --format csv
+  ferrowen typ new mystyle --fid 1234 --complete -o mystyle.txt)";
 
 std::string footer(const std::string& text) {
   return text.empty() ? global_hint : text + "\n\n" + global_hint;
@@ -213,6 +237,27 @@ void add_language(CLI::App& app, LanguageArguments& arguments) {
            "Language file to read");
 }
 
+void add_doctor(CLI::App& app, DoctorArguments& arguments) {
+  CLI::App* doctor =
+      add_command(app, "doctor", "Check an mkgmap style, alone and against a TYP file", doctor_footer);
+  doctor->add_option("STYLE", arguments.style, "Folder of the style, or its name in the styles folder")
+      ->type_name("")
+      ->required();
+  text_option(*doctor, "--typ", arguments.typ, "FILE", "Compiled TYP file that is to draw the style");
+  doctor->add_option("--check", arguments.checks, "Run this check alone; may be repeated")
+      ->type_name("NAME")
+      ->allow_extra_args(false)
+      ->check(CLI::IsMember(check_names()).description(""));
+  doctor->add_option("--kind", arguments.kind, "Read this rule file alone")
+      ->type_name("polygons|lines|points")
+      ->take_last()
+      ->check(CLI::IsMember({"polygons", "lines", "points"}).description(""));
+  doctor->add_option("--format", arguments.format, "How findings are printed")
+      ->type_name("text|csv|json")
+      ->take_last()
+      ->check(CLI::IsMember({"text", "csv", "json"}).description(""));
+}
+
 void add_unused_maps(CLI::App& maps, UnusedMapsArguments& arguments) {
   CLI::App* unused = maps.add_subcommand("unused", "List, delete or recover maps that nothing uses any more");
   unused->group("Commands");
@@ -240,6 +285,36 @@ void add_maps(CLI::App& app, MapsArguments& arguments, UnusedMapsArguments& unus
   add_unused_maps(*maps, unused);
 }
 
+void add_typ(CLI::App& app, TypArguments& arguments) {
+  CLI::App* typ = add_command(app, "typ", "Show a compiled TYP file, or begin one for a style", typ_footer);
+  typ->require_subcommand(1);
+  CLI::App* show = typ->add_subcommand("show", "Print a compiled TYP file as TYP text");
+  show->callback([&arguments] { arguments.action = TypArguments::Action::show; });
+  show->add_option("FILE", arguments.file, "Compiled TYP file")->type_name("")->required();
+  show->add_option("--format", arguments.format, "text: TYP text; csv: one line per definition")
+      ->type_name("text|csv")
+      ->take_last()
+      ->check(CLI::IsMember({"text", "csv"}).description(""));
+  text_option(*show, "-o,--output", arguments.output, "FILE", "Write it to a file instead");
+  text_option(*show, "--editor-files", arguments.editor_files, "FILE",
+              "Write FILE_polygons.tvkx, FILE_lines.tvkx and FILE_points.tvkx instead");
+  CLI::App* create = typ->add_subcommand("new", "Write a first TYP text that draws every type of a style");
+  create->callback([&arguments] { arguments.action = TypArguments::Action::create; });
+  create->add_option("STYLE", arguments.style, "Name or folder of an mkgmap style")
+      ->type_name("")
+      ->required();
+  text_option(*create, "--fid", arguments.family_id, "N", "Family ID, 1 to 65000 (12345)");
+  create->add_flag("--complete", arguments.complete,
+                   "Neutral fills for polygons without a colour, so that mkgmap accepts the text; do without "
+                   "missing rule files");
+  text_option(*create, "-o,--output", arguments.output, "FILE", "TYP text to write");
+  create->get_option("--output")->required();
+  for (CLI::App* command : {show, create}) {
+    command->group("Commands");
+    command->footer(global_hint);
+  }
+}
+
 struct Parser {
   CLI::App app{"Turns OpenStreetMap data into Garmin maps."};
   GlobalOptions global;
@@ -252,6 +327,8 @@ struct Parser {
   UnusedMapsArguments unused_maps;
   ElevationArguments elevation;
   AutomationArguments automation;
+  DoctorArguments doctor;
+  TypArguments typ;
 
   Parser() {
     constexpr std::size_t column = 28;
@@ -270,7 +347,9 @@ struct Parser {
     add_maps(app, maps, unused_maps);
     add_elevation(app, elevation, global_hint);
     add_automation(app, automation, global_hint);
+    add_doctor(app, doctor);
     add_language(app, language);
+    add_typ(app, typ);
     app.require_subcommand(1);
     app.footer(main_footer);
   }
@@ -290,6 +369,11 @@ struct Parser {
     if (app.got_subcommand("merge")) return {global, elevation.merge};
     if (app.got_subcommand("run")) return {global, automation.run};
     if (app.got_subcommand("script")) return {global, automation.script};
+    if (app.got_subcommand("doctor")) {
+      if (doctor.format == "json") global.json = true;
+      return {global, doctor};
+    }
+    if (app.got_subcommand("typ")) return {global, typ};
     return {global, build};
   }
 };

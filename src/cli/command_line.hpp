@@ -91,6 +91,21 @@ struct ScriptArguments {
   enum class Action : unsigned char { make, check };
   Action action = Action::make;
   std::string file;
+struct DoctorArguments {
+  std::string style;  // path of its folder, or its name in the styles folder
+  std::optional<std::string> typ, kind;
+  std::vector<std::string> checks;  // by their names; none: all
+  std::string format = "text";      // or csv; json is the global option
+};
+
+struct TypArguments {
+  enum class Action : unsigned char { show, create };
+  Action action = Action::show;
+  std::string file;                                         // show
+  std::optional<std::string> format, output, editor_files;  // show; create: output
+  std::string style;                                        // create
+  std::optional<std::string> family_id;
+  bool complete = false;
 };
 
 struct CommandLine {
@@ -98,6 +113,7 @@ struct CommandLine {
   std::variant<SettingsArguments, SplitArguments, TilesArguments, BuildArguments, LanguageArguments,
                MapsArguments, UnusedMapsArguments, HgtArguments, ContoursArguments, UnzipArguments,
                MergeArguments, RunArguments, ScriptArguments>
+               MapsArguments, UnusedMapsArguments, DoctorArguments, TypArguments>
       command;
 };
 

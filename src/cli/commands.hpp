@@ -21,5 +21,7 @@ ExitStatus run_command(Session& session, const MergeArguments& arguments);
 
 ExitStatus run_command(Session& session, const RunArguments& arguments);
 ExitStatus run_command(Session& session, const ScriptArguments& arguments);
+ExitStatus run_command(Session& session, const DoctorArguments& arguments);
+ExitStatus run_command(Session& session, const TypArguments& arguments);
 
 }  // namespace ferrowen

@@ -19,6 +19,7 @@
 #include "pipeline/registration_repair.hpp"
 #include "pipeline/tiles/last_split.hpp"
 #include "ui/about_box.hpp"
+#include "ui/doctor.hpp"
 #include "ui/f1.hpp"
 #include "ui/qt_text.hpp"
 #include "ui/tag_keys.hpp"
@@ -170,6 +171,9 @@ void f1::fill_tools_menu(QMenu* menu) {
     m_log->show_log(LogFile::error_stream);
   });
   menu->addSeparator();
+  stage_entry(menu, "mtools_doctor", [this] {
+    if (take_settings()) doctor(m_workspace, *m_prompts, this).exec();
+  });
   entry(menu, "mtools_tags", [this] { tag_keys(m_workspace.texts, *m_prompts, this).exec(); });
   stage_entry(menu, "mtools_get", [this] {
     m_tools_page->look_again(*m_progress);

@@ -21,6 +21,7 @@ TEST_CASE("text is encoded exactly or refused at the character that has no place
       {"l stroke in 1250", "\u0142", 1250, "\xB3", {}},
       {"l stroke is no l in 1252", "\u00fc\u00fc\u0142", 1252, "\xFC\xFC", 4},
       {"Japanese in 932", "\u65e5\u672c", 932, "\x93\xFA\x96\x7B", {}},
+      {"a last letter that converters hold back", "x\u05ea", 1255, "x\xFA", {}},
       {"yen sign is no backslash in 932", "\u00a5", 932, "", 0},
       {"curly quotes are not straight ones in 437", "\u201cx", 437, "", 0},
       {"beyond the first plane", "a\U0001F5FA", 1252, "a", 1},

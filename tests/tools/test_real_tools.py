@@ -10,11 +10,15 @@ import subprocess
 import tempfile
 import time
 import unittest
+import zipfile
+
+import typ_text
 
 BUILD = pathlib.Path(os.environ["FERROWEN_BUILD"])
 PROGRAM = BUILD / "bin" / "ferrowen"
 SAMPLE = BUILD / "share" / "ferrowen" / "faroe-islands.osm.pbf"
 SMALL_TILES = "splitter-options=--output=o5m\\n--max-nodes=10000"
+SOURCES = pathlib.Path(__file__).resolve().parents[2]
 HOSTILE = "a \"b\" 'c' $(touch x) `touch y` %PATH% & ; ü"
 
 
@@ -292,6 +296,104 @@ class Registering(RealTools):
         self.assertIn("Error adding to registry", run.stderr)
         self.assertFalse(prefix.exists())
         self.ferrowen("maps", "list", status=1)
+
+
+class TypFiles(RealTools):
+    """Texts compiled by the real mkgmap and read back must hold what they said."""
+
+    def mkgmap_jar(self):
+        jar = json.loads(self.ferrowen("settings", "get", "mkgmap", "--json").stdout)["value"]
+        self.assertTrue(pathlib.Path(jar).exists(), jar)
+        return jar
+
+    def compiled(self, jar, text):
+        made = text.with_suffix(".typ")
+        run = subprocess.run(["java", "-cp", jar, "uk.me.parabola.mkgmap.main.TypCompiler", text, made], check=True,
+                             capture_output=True, text=True, env={**os.environ, "LC_ALL": "C.UTF-8"})
+        self.assertEqual(run.stdout, "")
+        return made
+
+    def assert_reads_back(self, source, typ, encoding):
+        written = typ_text.read_typ_text(source.read_text(encoding))
+        shown = typ_text.read_typ_text(self.ferrowen("typ", "show", typ).stdout)
+        for kind, definitions in written[0].items():
+            self.assertEqual(definitions, shown[0][kind], f"{source.name} {kind}")
+        self.assertEqual(written[1], shown[1])
+        return sum(len(definitions) for definitions in written[0].values())
+
+    def test_the_shipped_typ_file_is_shown_as_its_text(self):
+        count = self.assert_reads_back(SOURCES / "assets" / "mapnik65001.txt",
+                                       BUILD / "share" / "ferrowen" / "mapnik65001.typ", "utf-8")
+        self.assertGreater(count, 200)
+        # Written to a file, the text compiles to the same bytes again; only the date differs.
+        self.ferrowen("typ", "show", BUILD / "share" / "ferrowen" / "mapnik65001.typ", "-o", "again.txt")
+        again = self.compiled(self.mkgmap_jar(), self.root / "again.txt").read_bytes()
+        first = (BUILD / "share" / "ferrowen" / "mapnik65001.typ").read_bytes()
+        self.assertEqual((first[:0x0E], first[0x15:]), (again[:0x0E], again[0x15:]))
+
+    def test_sheets_for_the_styles_of_mkgmap(self):
+        jar = self.mkgmap_jar()
+        with zipfile.ZipFile(jar) as archive:
+            archive.extractall(self.root, [name for name in archive.namelist() if name.startswith("styles/")])
+        made = {}
+        for style in sorted(path for path in (self.root / "styles").iterdir() if path.is_dir()):
+            sheet = self.root / (style.name + ".txt")
+            words = ("typ", "new", style, "--fid", "4711", "--complete", "-o", sheet)
+            if not any((style / kind).exists() for kind in ("polygons", "lines", "points")):
+                self.assertIn("missing polygons", self.ferrowen(*words, status=3).stderr)
+                continue
+            self.assertIn("mkgmap accepts this text.", self.ferrowen(*words).stderr)
+            made[style.name] = self.assert_reads_back(sheet, self.compiled(jar, sheet), "cp1252")
+        self.assertGreater(len(made), 10)
+        self.assertGreater(made["default"], 200)
+        # Without neutral fills mkgmap has an opinion, told with its place.
+        run = self.ferrowen("typ", "new", self.root / "styles" / "default", "-o", "plain.txt", status=1)
+        self.assertRegex(run.stderr, r"mkgmap refuses this text\. Line \d+, \[_polygon\] Type=0x\w+: No XPM tag")
+        self.assertIn("--complete", run.stderr)
+
+
+class Styles(RealTools):
+    """The doctor on every style inside the installed mkgmap."""
+
+    def examine(self, style, *words, statuses=(0, 1)):
+        command = [str(PROGRAM), "--home", str(self.home), "doctor", str(style), "--json", *map(str, words)]
+        run = subprocess.run(command, capture_output=True, text=True, timeout=60, stdin=subprocess.DEVNULL)
+        self.assertIn(run.returncode, statuses, f"{style}\n{run.stderr}")
+        return json.loads(run.stdout)
+
+    def assert_place_is_right(self, finding):
+        """The rule that a finding shows stands where it says."""
+        line = pathlib.Path(finding["file"]).read_text("utf-8").split("\n")[finding["line"] - 1]
+        begin = "".join(finding["detail"].split())[:12]
+        self.assertIn(begin, "".join(line.split()), finding)
+
+    def test_every_style_goes_through(self):
+        jar = json.loads(self.ferrowen("settings", "get", "mkgmap", "--json").stdout)["value"]
+        with zipfile.ZipFile(jar) as archive:
+            archive.extractall(self.root, [name for name in archive.namelist() if name.startswith("styles/")])
+        typ = BUILD / "share" / "ferrowen" / "mapnik65001.typ"
+        kinds = ("points", "lines", "polygons")
+        styles = [folder for folder in sorted((self.root / "styles").iterdir())
+                  if any((folder / kind).exists() for kind in kinds)]
+        self.assertGreater(len(styles), 10)
+        for style in styles:
+            report = self.examine(style, "--typ", typ)
+            for finding in report["findings"]:
+                # noname puts rules of its own before those of the default style.
+                if style.name != "noname":
+                    self.assertNotEqual(finding["weight"], "error", finding)
+                if finding["finding"] == "Not in TYP":
+                    self.assert_place_is_right(finding)
+        # A rule that can never match is found where it stands.
+        lines = self.root / "styles" / "default" / "lines"
+        count = len(lines.read_text("utf-8").split("\n"))
+        text = lines.read_text("utf-8").replace("<finalize>", "highway=motorway & a=b [0x01 resolution 20]\n<finalize>")
+        lines.write_text(text, "utf-8")
+        lost = [finding for finding in self.examine(lines.parent, "--check", "style", "--kind", "lines")["findings"]
+                if finding["finding"] == "Not rendered"]
+        self.assertEqual(len(lost), 1)
+        self.assertLess(lost[0]["line"], count + 1)
+        self.assertEqual(text.split("\n")[lost[0]["line"] - 1], "highway=motorway & a=b [0x01 resolution 20]")
 
 
 class HostileNames(RealTools):

@@ -46,10 +46,12 @@ std::optional<std::string> Converter::convert(std::string_view text) const {
   std::array<char, 4096> buffer = {};
   char* input = const_cast<char*>(text.data());  // not written to, in spite of its type
   std::size_t left = text.size();
-  while (left > 0) {
+  // Where accents follow their letter, the last letter is held back until the end is announced.
+  for (bool ending = false; left > 0 || !ending;) {
+    ending = left == 0;
     char* output = buffer.data();
     std::size_t space = buffer.size();
-    const std::size_t outcome = ::iconv(m_descriptor, &input, &left, &output, &space);
+    const std::size_t outcome = ::iconv(m_descriptor, ending ? nullptr : &input, &left, &output, &space);
     const bool only_buffer_full = outcome == static_cast<std::size_t>(-1) && errno == E2BIG;
     result.append(buffer.data(), buffer.size() - space);
     if (outcome == static_cast<std::size_t>(-1) && !only_buffer_full) return std::nullopt;

@@ -1,0 +1,137 @@
+#include <algorithm>
+
+#include "base/files.hpp"
+#include "cli/commands.hpp"
+#include "cli/terminal.hpp"
+#include "platform/paths.hpp"
+#include "styletools/style_doctor.hpp"
+#include "styletools/typ_reader.hpp"
+
+namespace ferrowen {
+
+namespace {
+
+constexpr const char* typ_missing = "Can't find TYP file. ";
+constexpr const char* typ_not_there = "Can't find TYP file. Please select.";
+
+// What is to be checked, read and ready.
+struct Patient {
+  StyleLocation location;
+  std::vector<LoadedStyle> kinds;
+  std::optional<TypFile> typ;
+  std::vector<DoctorCheck> checks;
+};
+
+bool names(const DoctorArguments& arguments, DoctorCheck check) {
+  return std::find(arguments.checks.begin(), arguments.checks.end(), check_name(check)) !=
+         arguments.checks.end();
+}
+
+// A style that is named by its folder needs no program folder, so that the check runs wherever styles are
+// kept.
+ExitStatus find_style(Session& session, const DoctorArguments& arguments, StyleLocation& location) {
+  if (!folder_exists(arguments.style)) {
+    const ExitStatus opened = session.open(Session::Access::read, Session::Notes::drop);
+    if (opened != ExitStatus::done) return opened;
+    location = locate_style(session.workspace.settings, arguments.style);
+  } else {
+    location = style_in_folder(arguments.style);
+  }
+  return ExitStatus::done;
+}
+
+ExitStatus read_style(Session& session, const DoctorArguments& arguments, Patient& patient) {
+  for (const RuleKind kind : rule_kinds) {
+    if (arguments.kind && *arguments.kind != rule_file_name(kind)) continue;
+    LoadedStyle style = load_style(patient.location, kind);
+    if (!style.text.is_empty()) patient.kinds.push_back(std::move(style));
+  }
+  if (!patient.kinds.empty()) return ExitStatus::done;
+  nodata(patient.location, session.prompts);
+  return ExitStatus::wrong_usage;
+}
+
+// The TYP file of the command line, else that of the settings when they are open.
+ExitStatus read_typ_file(Session& session, const DoctorArguments& arguments, Patient& patient) {
+  const std::string named = arguments.typ.value_or(session.workspace.settings.doctor_typ);
+  const bool asked_for = arguments.typ || names(arguments, DoctorCheck::typ);
+  if (named.empty()) {
+    if (asked_for) return session.fail(typ_missing + std::string("--typ FILE names it."));
+    session.prompts.tell("Without --typ FILE the style is not compared with a TYP file.");
+    return ExitStatus::done;
+  }
+  const std::string path = platform::absolute(named);
+  if (!file_exists(path)) return session.fail(typ_not_there + std::string("\r\n") + path);
+  Result<TypFile> typ = loadbinary(path);
+  if (!typ.ok()) return session.fail(typ.error);
+  patient.typ = std::move(typ.value);
+  return ExitStatus::done;
+}
+
+// Place names are points, road classes belong to lines: the lists of other files would say nothing.
+bool makes_sense(DoctorCheck check, RuleKind kind, const DoctorArguments& arguments) {
+  if (check == DoctorCheck::places) return kind == RuleKind::points || arguments.kind.has_value();
+  return check != DoctorCheck::road_class || kind == RuleKind::lines;
+}
+
+DoctorReport examine(const Patient& patient, const DoctorArguments& arguments) {
+  DoctorReport report;
+  for (const LoadedStyle& style : patient.kinds) {
+    for (const DoctorCheck check : doctor_checks) {
+      const bool wanted = arguments.checks.empty() || names(arguments, check);
+      if (!wanted || !makes_sense(check, style.text.kind, arguments)) continue;
+      report.append(run_check(check, style, patient.typ ? &*patient.typ : nullptr));
+    }
+  }
+  return report;
+}
+
+Json row_object(const DoctorRow& row) {
+  Json object{{"check", check_name(row.check)},
+              {"weight", weight_name(row.weight)},
+              {"kind", rule_file_name(row.kind)},
+              {"type", row.key},
+              {"file", row.file},
+              {"line", row.line},
+              {"finding", row.finding},
+              {"detail", row.detail}};
+  if (!row.other_place.empty()) object["earlier"] = row.other_place;
+  return object;
+}
+
+void show_report(Session& session, const DoctorReport& report, const DoctorArguments& arguments) {
+  session.json["issues"] = report.issues;
+  session.json["findings"] = Json::array();
+  if (session.options.json) {
+    for (const DoctorRow& row : report.rows)
+      if (row.weight != Weight::heading) session.json["findings"].push_back(row_object(row));
+    return;
+  }
+  if (arguments.format == "csv") return session.show(report_csv(report));
+  const std::string lines = terminal_text(report_lines(report));
+  if (!lines.empty()) session.show(lines + "\n");
+}
+
+}  // namespace
+
+ExitStatus run_command(Session& session, const DoctorArguments& arguments) {
+  Patient patient;
+  const ExitStatus found = find_style(session, arguments, patient.location);
+  if (found != ExitStatus::done) return found;
+  if (const ExitStatus read = read_style(session, arguments, patient); read != ExitStatus::done) return read;
+  if (const ExitStatus read = read_typ_file(session, arguments, patient); read != ExitStatus::done)
+    return read;
+  DoctorReport report = examine(patient, arguments);
+  session.json["style"] = patient.location.folder;
+  if (arguments.checks.empty() && !session.options.verbose)
+    std::erase_if(report.rows, [](const DoctorRow& row) { return !row.counts(); });
+  show_report(session, report, arguments);
+  if (report.issues == 0) {
+    session.prompts.tell("No issues found.");
+    return ExitStatus::done;
+  }
+  session.result = "issues found";
+  return ExitStatus::run_failed;
+}
+
+}  // namespace ferrowen

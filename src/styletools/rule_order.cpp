@@ -1,0 +1,265 @@
+#include "styletools/rule_order.hpp"
+
+#include <algorithm>
+#include <map>
+#include <unordered_map>
+#include <unordered_set>
+
+#include "base/text.hpp"
+#include "styletools/tag_actions.hpp"
+#include "styletools/tag_changes.hpp"
+#include "styletools/tag_tests.hpp"
+
+namespace ferrowen {
+
+namespace {
+
+using Alternatives = std::vector<Alternative>;
+
+// So many of the newest earlier rules with the same leading test are looked at: enough for every style, and
+// no walk over all pairs of rules.
+constexpr std::size_t most_candidates = 64;
+
+// Something that ended or changed the objects for which all its tests held.
+struct Earlier {
+  Alternative tests;
+  std::size_t position = 0;
+  std::size_t statement = 0;
+  std::string deleted;  // the tag that was deleted; "": the search ended
+};
+
+// The bucket in which an earlier rule with this leading test is found.
+std::string bucket_name(const TagTest& test) {
+  return test.form == TagTest::Form::differs ? test.key + "!=" : test_text(test);
+}
+
+// The buckets of all tests that this one implies.
+std::vector<std::string> implied_buckets(const TagTest& test) {
+  std::vector<std::string> names{bucket_name(test)};
+  if (test.is_positive() && test.form != TagTest::Form::exists) names.push_back(test.key + "=*");
+  if (test.form == TagTest::Form::equals || test.form == TagTest::Form::missing)
+    names.push_back(test.key + "!=");
+  return names;
+}
+
+class EarlierRules {
+ public:
+  void add(Earlier earlier) {
+    std::string identity = earlier.deleted + "\n";
+    for (const TagTest& test : earlier.tests)
+      identity += test_text(test) + "\n";
+    const auto [known, is_new] = m_known.emplace(std::move(identity), m_all.size());
+    if (!is_new) {  // the latest of those that are alike is the surest
+      m_all[known->second] = std::move(earlier);
+      return;
+    }
+    m_buckets[leading_bucket(earlier)].push_back(m_all.size());
+    m_all.push_back(std::move(earlier));
+  }
+
+  // Calls `each` for those that may be implied by an alternative, until it returns true.
+  template <typename Each>
+  void search(const Alternative& alternative, Each each) const {
+    std::vector<std::string> names{""};
+    for (const TagTest& test : alternative) {
+      for (std::string& name : implied_buckets(test))
+        names.push_back(std::move(name));
+    }
+    for (const std::string& name : names) {
+      const auto bucket = m_buckets.find(name);
+      if (bucket == m_buckets.end()) continue;
+      std::size_t left = most_candidates;
+      for (auto at = bucket->second.rbegin(); at != bucket->second.rend() && left > 0; ++at, --left) {
+        if (each(m_all[*at])) return;
+      }
+    }
+  }
+
+ private:
+  // The rarest test so far, positive where there is one.
+  std::string leading_bucket(const Earlier& earlier) {
+    std::string best;
+    std::size_t best_size = 0;
+    bool best_positive = false;
+    for (const TagTest& test : earlier.tests) {
+      const std::string name = bucket_name(test);
+      const std::size_t size = m_buckets[name].size();
+      const bool better = best.empty() || (test.is_positive() && !best_positive) ||
+                          (test.is_positive() == best_positive && size < best_size);
+      if (!better) continue;
+      best = name;
+      best_size = size;
+      best_positive = test.is_positive();
+    }
+    return best;
+  }
+
+  std::vector<Earlier> m_all;
+  std::unordered_map<std::string, std::size_t> m_known;
+  std::unordered_map<std::string, std::vector<std::size_t>> m_buckets;
+};
+
+class OrderWalk {
+ public:
+  explicit OrderWalk(const StyleRules& rules) : m_rules(rules) {}
+
+  std::vector<RuleFate> run() {
+    for (m_position = 0; m_position < m_rules.in_place.size(); ++m_position) {
+      const std::size_t index = m_rules.in_place[m_position];
+      const StyleStatement& statement = m_rules.statements[index];
+      if (statement.in_finalize) break;
+      step(index, statement);
+    }
+    return std::move(m_fates);
+  }
+
+ private:
+  struct Block {  // an "if" whose "end" has not come
+    std::optional<Alternatives> outer, own, now;
+    std::unordered_set<std::string> keys;
+  };
+
+  void step(std::size_t index, const StyleStatement& statement) {
+    using enum StyleStatement::Form;
+    switch (statement.form) {
+      case if_begins:
+        return begin_block(statement);
+      case otherwise:
+        return turn_block();
+      case if_ends:
+        if (!m_blocks.empty()) m_blocks.pop_back();
+        return;
+      case rule:
+        return take_rule(index, statement);
+      case include:
+      case finalize:
+        return;
+    }
+  }
+
+  static std::optional<Alternatives> both(const std::optional<Alternatives>& left,
+                                          const std::optional<Alternatives>& right) {
+    return left && right ? both_hold(*left, *right) : std::nullopt;
+  }
+
+  void begin_block(const StyleStatement& statement) {
+    Block block;
+    block.outer = m_blocks.empty() ? Alternatives{{}} : m_blocks.back().now;
+    block.own = parse_tests(statement.tests);
+    block.now = both(block.outer, block.own);
+    if (!m_blocks.empty()) block.keys = m_blocks.back().keys;
+    for (const Alternative& alternative : block.own.value_or(Alternatives{})) {
+      for (const TagTest& test : alternative)
+        block.keys.insert(test.key);
+    }
+    m_blocks.push_back(std::move(block));
+  }
+
+  void turn_block() {
+    if (m_blocks.empty()) return;
+    Block& block = m_blocks.back();
+    block.now = block.own ? both(block.outer, none_holds(*block.own)) : std::nullopt;
+  }
+
+  void take_rule(std::size_t index, const StyleStatement& statement) {
+    std::optional<Alternatives> alternatives = parse_tests(statement.tests);
+    if (!m_blocks.empty()) alternatives = both(alternatives, m_blocks.back().now);
+    const bool makes_something = contains(statement.types.empty() ? "" : statement.types.front(), "0x");
+    if (makes_something && alternatives) judge(index, *alternatives);
+    const bool goes_on = lets_later_rules_match(statement);
+    if (!goes_on && alternatives) remember(index, *alternatives, "");
+    if (goes_on) record_actions(index, statement, alternatives);
+  }
+
+  void remember(std::size_t index, const Alternatives& alternatives, const std::string& deleted) {
+    for (const Alternative& alternative : alternatives)
+      m_earlier.add({alternative, m_position, index, deleted});
+  }
+
+  // What the actions of a rule change for the rules behind it.
+  void record_actions(std::size_t index, const StyleStatement& statement,
+                      const std::optional<Alternatives>& alternatives) {
+    const bool forgets = !statement.types.empty() && !contains(statement.types.back(), "with_actions");
+    if (forgets) return;
+    for (const TagAction& action : tag_actions(statement.actions)) {
+      for (Block& block : m_blocks) {  // the test of the block may no longer hold
+        if (block.keys.contains(action.key)) block.outer = block.own = block.now = std::nullopt;
+      }
+      m_changes.add(action, m_position);
+      if (action.form == TagAction::Form::deletes && alternatives) remember(index, *alternatives, action.key);
+    }
+  }
+
+  void judge(std::size_t index, const Alternatives& alternatives) {
+    std::size_t dead = 0;
+    std::optional<RuleFate> fate;
+    for (const Alternative& alternative : alternatives) {
+      const Earlier* reason = reason_against(alternative);
+      if (reason == nullptr) continue;
+      ++dead;
+      const bool ended = reason->deleted.empty();
+      if (fate && !(ended && fate->kind == RuleFate::Kind::tag_deleted)) continue;
+      fate = RuleFate{index, ended ? RuleFate::Kind::never_reached : RuleFate::Kind::tag_deleted,
+                      reason->statement, ended ? alternative_text(alternative) : reason->deleted};
+    }
+    if (!fate) return;
+    const bool partly = dead < alternatives.size();
+    if (partly && fate->kind == RuleFate::Kind::never_reached) fate->kind = RuleFate::Kind::partly_reached;
+    m_fates.push_back(std::move(*fate));
+  }
+
+  static std::string alternative_text(const Alternative& alternative) {
+    std::string text;
+    for (const TagTest& test : alternative)
+      text += (text.empty() ? "" : " & ") + test_text(test);
+    return text;
+  }
+
+  const Earlier* reason_against(const Alternative& alternative) const {
+    const Earlier* reason = nullptr;
+    m_earlier.search(alternative, [&](const Earlier& earlier) {
+      if (holds_against(earlier, alternative)) reason = &earlier;
+      return reason != nullptr;
+    });
+    return reason;
+  }
+
+  // An object that matches now matched then too: each test of then follows from a test of now that no action
+  // in between can have made true.
+  [[nodiscard]] bool holds_against(const Earlier& earlier, const Alternative& alternative) const {
+    const auto held_then = [&](const TagTest& now) {
+      return !m_changes.may_have_made_true(now, earlier.position, m_position);
+    };
+    for (const TagTest& then : earlier.tests) {
+      const bool follows = std::any_of(alternative.begin(), alternative.end(), [&](const TagTest& now) {
+        return implies(now, then) && held_then(now);
+      });
+      if (!follows) return false;
+    }
+    return earlier.deleted.empty() ||
+           std::any_of(alternative.begin(), alternative.end(), [&](const TagTest& now) {
+             return now.key == earlier.deleted && now.is_positive() && held_then(now);
+           });
+  }
+
+  const StyleRules& m_rules;
+  std::size_t m_position = 0;
+  std::vector<Block> m_blocks;
+  EarlierRules m_earlier;
+  TagChanges m_changes;
+  std::vector<RuleFate> m_fates;
+};
+
+}  // namespace
+
+std::vector<RuleFate> fates_of_rules(const StyleRules& rules) { return OrderWalk(rules).run(); }
+
+bool lets_later_rules_match(const StyleStatement& statement) {
+  if (statement.types.empty()) return true;
+  for (const std::string& word : split(statement.types.back(), " ")) {
+    if (word == "continue") return true;
+  }
+  return false;
+}
+
+}  // namespace ferrowen

@@ -1,0 +1,28 @@
+// Which rules of a style can never match, because an earlier one ends the search or deletes what they test.
+// Says so only when it is certain; conditions that are not understood are left alone.
+#pragma once
+
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "styletools/style_rules.hpp"
+
+namespace ferrowen {
+
+struct RuleFate {
+  std::size_t statement = 0;
+  enum class Kind : std::uint8_t { never_reached, partly_reached, tag_deleted };
+  Kind kind = Kind::never_reached;
+  std::size_t earlier = 0;  // the statement that keeps it from matching
+  std::string what;         // the alternative that never matches, or the deleted tag
+};
+
+// In the order in which mkgmap meets the rules; one entry per rule.
+std::vector<RuleFate> fates_of_rules(const StyleRules& rules);
+
+// True when mkgmap goes on with further rules behind this one.
+bool lets_later_rules_match(const StyleStatement& statement);
+
+}  // namespace ferrowen

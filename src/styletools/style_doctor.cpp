@@ -1,0 +1,93 @@
+#include "styletools/style_doctor.hpp"
+
+#include <algorithm>
+
+#include "base/text.hpp"
+#include "styletools/doctor_rows.hpp"
+#include "styletools/tag_actions.hpp"
+
+namespace ferrowen {
+
+LoadedStyle load_style(const StyleLocation& style, RuleKind kind) {
+  LoadedStyle loaded;
+  loaded.text = chknodata(style, kind);
+  loaded.rules = get_styletypes(loaded.text);
+  for (const StyleStatement& statement : get_styletypes(read_relations(style)).statements) {
+    for (TagAction& action : tag_actions(statement.actions)) {
+      if (action.form == TagAction::Form::sets) loaded.relation_tags.push_back(std::move(action.key));
+    }
+  }
+  return loaded;
+}
+
+DoctorRow row_of(DoctorCheck check, const LoadedStyle& style) {
+  DoctorRow row;
+  row.check = check;
+  row.kind = style.text.kind;
+  row.kind_text = kind_title(row.kind);
+  return row;
+}
+
+DoctorRow row_at(DoctorCheck check, const LoadedStyle& style, StylePlace place) {
+  DoctorRow row = row_of(check, style);
+  if (place.file < style.text.files.size()) row.file = style.text.files[place.file].path;
+  row.line = place.line;
+  return row;
+}
+
+void add_no_issues(DoctorReport& report, DoctorRow row, const char* text) {
+  row.weight = Weight::heading;
+  row.marker = plain_marker;
+  row.finding = text;
+  report.add(std::move(row));
+}
+
+std::string shown_rule(std::string_view text) {
+  constexpr std::size_t longest = 2000;
+  if (text.size() <= longest) return std::string(text);
+  text = text.substr(0, longest);
+  text.remove_suffix(unfinished_utf8_tail(text));
+  return std::string(text) + " ...";
+}
+
+std::string place_words(const LoadedStyle& style, StylePlace place) {
+  const StyleFile& file = style.text.files.at(place.file);
+  const bool is_only_one = std::count_if(style.text.files.begin(), style.text.files.end(),
+                                         [&](const StyleFile& one) { return one.name == file.name; }) == 1;
+  return (is_only_one ? file.name : file.path) + ":" + std::to_string(place.line);
+}
+
+DoctorReport run_check(DoctorCheck check, const LoadedStyle& style, const TypFile* typ,
+                       std::size_t lowest_draw_order) {
+  switch (check) {
+    case DoctorCheck::typ:
+      return typ == nullptr ? DoctorReport{} : chk_typstl(style, *typ, lowest_draw_order);
+    case DoctorCheck::road_class:
+      return parse_roadclass(style);
+    case DoctorCheck::resolution:
+      return resolution_list(style);
+    case DoctorCheck::level:
+      return level_list(style);
+    case DoctorCheck::tags:
+      return parse_own(style);
+    case DoctorCheck::unused:
+      return parse_notused(style);
+    case DoctorCheck::style:
+      return parse(style);
+    case DoctorCheck::places:
+      break;
+  }
+  return parseplaces(style);
+}
+
+DoctorReport whole_report(const std::vector<LoadedStyle>& kinds, const TypFile& typ,
+                          std::size_t lowest_draw_order) {
+  DoctorReport report;
+  for (const LoadedStyle& style : kinds) {
+    putheader(report, row_of(DoctorCheck::typ, style), upper_ascii(kind_title(style.text.kind)));
+    report.append(chk_typstl(style, typ, lowest_draw_order));
+  }
+  return report;
+}
+
+}  // namespace ferrowen

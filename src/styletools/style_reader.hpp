@@ -1,0 +1,33 @@
+// Where a style is and how its rule files get into memory. Styles are read only, never written.
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "app/workspace.hpp"
+#include "base/prompts.hpp"
+#include "styletools/style_text.hpp"
+
+namespace ferrowen {
+
+struct StyleLocation {
+  std::string folder;         // of the style
+  std::string styles_folder;  // where included files are looked for when the style does not hold them
+};
+
+// The folders found under the styles folder, in byte order.
+std::vector<std::string> get_styles(const Settings& settings);
+// A style by its name in the styles folder or by the path of its folder.
+StyleLocation locate_style(const Settings& settings, const std::string& name_or_path);
+// The style in a folder; its styles folder is the one above.
+StyleLocation style_in_folder(const std::string& path);
+
+// The rule file of a kind with its includes; without lines when there is none. A file that is there and
+// cannot be read is a problem of the result.
+StyleText chknodata(const StyleLocation& style, RuleKind kind);
+// The rules for relations: no types of their own, but tags that they give to members.
+StyleText read_relations(const StyleLocation& style);
+// Tells why there is nothing to work on: the style is missing, or its rule file is missing or empty.
+void nodata(const StyleLocation& style, Prompts& prompts);
+
+}  // namespace ferrowen

@@ -1,0 +1,192 @@
+#include "styletools/style_text.hpp"
+
+#include <algorithm>
+#include <map>
+
+#include "base/text.hpp"
+
+namespace ferrowen {
+
+namespace {
+
+constexpr std::size_t deepest_include = 64;
+constexpr std::string_view byte_order_mark = "\xEF\xBB\xBF";
+
+void replace_in(std::string& text, std::string_view from, std::string_view to) {
+  if (contains(text, from)) text = replace_all(text, from, to);
+}
+
+// Blanks and brackets as the checks expect them, in this order.
+void normalise(std::string& line) {
+  std::replace(line.begin(), line.end(), '\t', ' ');
+  replace_in(line, "  ", " ");
+  replace_in(line, " =", "=");
+  replace_in(line, "[ ", "[");
+  std::erase(line, '\r');
+  replace_in(line, " ]", "]");
+  replace_in(line, " {", "{");
+  replace_in(line, " }", "}");
+}
+
+bool is_comment(std::string_view line) { return trim(line).starts_with('#'); }
+
+// A bracket opened at the end of a line draws the next line up; a comment draws up comments alone, so that
+// it never swallows a rule.
+bool draws_up(std::string_view line, std::string_view next) {
+  return (line.ends_with('{') || line.ends_with('[')) && (!is_comment(line) || is_comment(next));
+}
+
+class TextReader {
+ public:
+  TextReader(StyleText& style, const IncludeSource& source) : m_style(style), m_source(source) {}
+
+  // A rule file or an included one, with everything that it includes.
+  void read(const std::string& name, const StyleFileBytes& file) {
+    const auto index = static_cast<std::uint32_t>(m_style.files.size());
+    m_style.files.push_back({name, file.path, file.folder, m_style.lines.size(), 0});
+    add_lines(index, file.bytes);
+    m_style.files[index].line_count = m_style.lines.size() - m_style.files[index].first_line;
+    m_known.emplace(file.path, index);
+    m_open.push_back(index);
+    follow_includes(index);
+    m_open.pop_back();
+  }
+
+ private:
+  void report(StylePlace place, std::string text) { m_style.problems.push_back({place, std::move(text)}); }
+
+  void add_lines(std::uint32_t file, std::string_view bytes) {
+    if (bytes.starts_with(byte_order_mark)) bytes.remove_prefix(byte_order_mark.size());
+    if (contains(bytes, std::string_view("\0", 1)))
+      report({file, 0}, "This is no text: it holds bytes of value 0.");
+    const bool old_line_ends = !contains(bytes, "\n") && contains(bytes, "\r");
+    if (old_line_ends) report({file, 0}, "The lines end with CR alone; mkgmap and editors expect LF.");
+    const char end = old_line_ends ? '\r' : '\n';
+    for (std::uint32_t number = 1; !bytes.empty(); ++number) {
+      const std::size_t length = bytes.find(end);
+      std::string line(bytes.substr(0, length));
+      bytes.remove_prefix(length == std::string_view::npos ? bytes.size() : length + 1);
+      normalise(line);
+      add_line({file, number}, std::move(line));
+    }
+  }
+
+  void add_line(StylePlace place, std::string line) {
+    const bool has_previous = m_style.lines.size() > m_style.files[place.file].first_line;
+    if (has_previous && draws_up(m_style.lines.back().text, line))
+      m_style.lines.back().text += line;
+    else
+      m_style.lines.push_back({place, std::move(line)});
+  }
+
+  void follow_includes(std::uint32_t file) {
+    const StyleFile own = m_style.files[file];
+    for (std::size_t at = own.first_line; at < own.first_line + own.line_count; ++at) {
+      std::optional<StyleInclude> include = include_of_line(m_style.lines[at].text);
+      if (!include) continue;
+      include->place = m_style.lines[at].place;
+      const std::size_t index = m_style.includes.size();
+      m_style.includes.push_back(std::move(*include));
+      follow(index, own.folder);
+    }
+  }
+
+  void follow(std::size_t index, const std::string& folder) {
+    const StyleInclude include = m_style.includes[index];
+    const std::optional<StyleFileBytes> file = m_source(include, folder);
+    if (!file) return report(include.place, "The included file '" + include.name + "' is missing.");
+    const auto known = m_known.find(file->path);
+    if (known != m_known.end()) {
+      m_style.includes[index].target = known->second;
+      if (std::find(m_open.begin(), m_open.end(), known->second) != m_open.end())
+        report(include.place, "'" + include.name + "' includes itself.");
+      return;
+    }
+    if (m_open.size() >= deepest_include)
+      return report(include.place, "'" + include.name + "' is included too deeply.");
+    const auto target = static_cast<std::uint32_t>(m_style.files.size());
+    m_style.includes[index].target = target;
+    read(include.name, *file);
+  }
+
+  StyleText& m_style;
+  const IncludeSource& m_source;
+  std::vector<std::uint32_t> m_open;  // files whose include lines are being followed, outermost first
+  std::map<std::string, std::uint32_t> m_known;  // the files read, by their paths
+};
+
+std::string_view next_word(std::string_view& text) {
+  text = trim(text);
+  std::size_t end = 0;
+  if (!text.empty() && (text.front() == '\'' || text.front() == '"')) {
+    const char quote = text.front();
+    text.remove_prefix(1);
+    end = text.find(quote);
+    if (end == std::string_view::npos) return text = {};
+    const std::string_view word = text.substr(0, end);
+    text.remove_prefix(end + 1);
+    return word;
+  }
+  end = std::min(text.find_first_of(" ;\t"), text.size());
+  const std::string_view word = text.substr(0, end);
+  text.remove_prefix(end);
+  return word;
+}
+
+}  // namespace
+
+std::string StyleText::text() const {
+  std::string all;
+  for (const StyleLine& line : lines) {
+    all += line.text;
+    all += crlf;
+  }
+  return all;
+}
+
+StyleText read_style_text(RuleKind kind, const StyleFileBytes& rule_file, const IncludeSource& source) {
+  StyleText style;
+  style.kind = kind;
+  TextReader(style, source).read(std::string(rule_file_name(kind)), rule_file);
+  return style;
+}
+
+std::optional<StyleInclude> include_of_line(std::string_view line) {
+  constexpr std::string_view keyword = "include";
+  line = trim(line);
+  if (!equal_ignoring_case(line.substr(0, keyword.size()), keyword)) return std::nullopt;
+  line.remove_prefix(keyword.size());
+  if (line.empty() || !contains(" '\"", line.substr(0, 1))) return std::nullopt;
+  StyleInclude include;
+  include.name = trim(next_word(line));
+  if (include.name.empty() || contains("=&|!~<>", std::string_view(include.name).substr(0, 1)))
+    return std::nullopt;
+  if (next_word(line) == "from") include.style = next_word(line);
+  return include;
+}
+
+std::string chk_include(std::string_view text) {
+  std::vector<std::string> names;
+  for (const std::string& line : split_lines(text)) {
+    if (const std::optional<StyleInclude> include = include_of_line(line)) names.push_back(include->name);
+  }
+  return join_texts(names, crlf);
+}
+
+std::string include_letter(std::uint32_t file) {
+  if (file == 0) return "";
+  constexpr std::uint32_t letters = 26;
+  const std::uint32_t index = file - 1;
+  std::string letter(1, static_cast<char>('a' + index % letters));
+  if (index >= letters) letter += std::to_string(index / letters);
+  return letter + ") ";
+}
+
+std::string include_label(const StyleText& style) {
+  std::string label = "Include:";
+  for (std::uint32_t file = 1; file < style.files.size(); ++file)
+    label += " " + include_letter(file) + style.files[file].name;
+  return label;
+}
+
+}  // namespace ferrowen

@@ -1,0 +1,77 @@
+// The text of one rule file of an mkgmap style with the files that it includes, normalised line by line.
+// Every line keeps its file and number. Never throws on bad bytes; what was wrong stands in `problems`.
+#pragma once
+
+#include <cstdint>
+#include <functional>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "styletools/type_key.hpp"
+
+namespace ferrowen {
+
+struct StylePlace {
+  std::uint32_t file = 0;  // index into StyleText::files
+  std::uint32_t line = 0;  // from 1; 0: the file as a whole
+};
+
+struct StyleLine {
+  StylePlace place;  // of its first piece, where several lines were joined
+  std::string text;  // normalised, without line end
+};
+
+struct StyleFile {
+  std::string name;                            // "lines", or as its include line names it: "inc/roads"
+  std::string path;                            // where it was found
+  std::string folder;                          // of the style that it belongs to
+  std::size_t first_line = 0, line_count = 0;  // its part of StyleText::lines
+};
+
+// An include line; `target` is the index of the file, nothing when there is none.
+struct StyleInclude {
+  StylePlace place;
+  std::string name;   // in the case written
+  std::string style;  // behind "from"; "" elsewhere
+  std::optional<std::uint32_t> target;
+};
+
+struct StyleProblem {
+  StylePlace place;
+  std::string text;
+};
+
+struct StyleText {
+  RuleKind kind = RuleKind::polygons;
+  std::vector<StyleFile> files;  // the rule file, then the included ones, each once, in the order met
+  std::vector<StyleLine> lines;  // of all files in that order
+  std::vector<StyleInclude> includes;
+  std::vector<StyleProblem> problems;
+
+  [[nodiscard]] bool is_empty() const { return lines.empty(); }
+  // The whole text as it is shown, with CR LF.
+  [[nodiscard]] std::string text() const;
+};
+
+// A file as it was found: bytes as they are on the disk.
+struct StyleFileBytes {
+  std::string path, folder, bytes;
+};
+// Finds what an include line names, seen from the folder of the style that the line stands in.
+using IncludeSource =
+    std::function<std::optional<StyleFileBytes>(const StyleInclude& include, const std::string& folder)>;
+
+StyleText read_style_text(RuleKind kind, const StyleFileBytes& rule_file, const IncludeSource& source);
+
+// The include line in a line of a style, if it is one (`place` is not set).
+std::optional<StyleInclude> include_of_line(std::string_view line);
+// The include names of a text, one per line.
+std::string chk_include(std::string_view text);
+// "a) ", "b) ", ... of an included file; "" for the rule file itself.
+std::string include_letter(std::uint32_t file);
+// "Include:" and the included files, each behind its letter.
+std::string include_label(const StyleText& style);
+
+}  // namespace ferrowen

@@ -1,0 +1,95 @@
+#include "ui/typ_preview.hpp"
+
+#include <QHBoxLayout>
+#include <QPainter>
+#include <QPixmap>
+
+#include "styletools/typ_reader.hpp"
+#include "ui/qt_text.hpp"
+
+namespace ferrowen::ui {
+
+namespace {
+
+constexpr int picture_width = 96, picture_height = 48;
+constexpr int icon_width = 32, icon_height = 16;
+
+// The ground of a device's map by day and by night.
+const QColor day_ground(250, 248, 240);
+const QColor night_ground(16, 20, 36);
+
+QPixmap pixmap_of(const TypDefinition& definition, RuleKind kind, TypLight light, QSize size) {
+  const TypPicture picture = drawbmp(kind, definition, light, size.width(), size.height());
+  QPixmap pixmap(size);
+  pixmap.fill(light == TypLight::day ? day_ground : night_ground);
+  if (picture.width <= 0 || picture.height <= 0) return pixmap;
+  const QImage image(picture.pixels.data(), picture.width, picture.height, picture.width * 4,
+                     QImage::Format_RGBA8888);
+  QPainter(&pixmap).drawImage(0, 0, image);
+  return pixmap;
+}
+
+QLabel* picture_label(const char* name, QWidget* parent) {
+  auto* label = new QLabel(parent);
+  label->setObjectName(QLatin1String(name));
+  label->setFixedSize(picture_width, picture_height);
+  label->setFrameShape(QFrame::StyledPanel);
+  return label;
+}
+
+}  // namespace
+
+TypPreview::TypPreview(TextBinder& binder, QWidget* parent)
+    : QWidget(parent),
+      m_binder(binder),
+      m_day(picture_label("doctor_day", this)),
+      m_night(picture_label("doctor_night", this)),
+      m_label(new QLabel(this)) {
+  m_label->setObjectName(QStringLiteral("doctor_label"));
+  m_label->setTextFormat(Qt::PlainText);
+  m_label->setWordWrap(true);
+  m_binder.name(m_day, Section::labels, "doctor_day");
+  m_binder.name(m_night, Section::labels, "doctor_night");
+  m_binder.tooltip(m_day, "doctor_day");
+  m_binder.tooltip(m_night, "doctor_night");
+  auto* row = new QHBoxLayout(this);
+  row->setContentsMargins(0, 0, 0, 0);
+  row->addWidget(m_day);
+  row->addWidget(m_night);
+  row->addWidget(m_label, 1);
+}
+
+void TypPreview::set_typ(const TypFile* typ) {
+  m_typ = typ;
+  m_icons.clear();
+  show_type(RuleKind::polygons, "");
+}
+
+void TypPreview::show_type(RuleKind kind, const std::string& key) {
+  const TypDefinition* definition =
+      m_typ == nullptr || key.empty() ? nullptr : find_definition(*m_typ, kind, key);
+  m_day->clear();
+  m_night->clear();
+  m_label->setText(to_qt(key));
+  if (definition == nullptr) {
+    if (m_typ != nullptr && !key.empty())
+      m_label->setText(m_binder.text(Section::labels, "doctor_not_drawn").arg(to_qt(key)));
+    return;
+  }
+  const QSize size(picture_width, picture_height);
+  m_day->setPixmap(pixmap_of(*definition, kind, TypLight::day, size));
+  m_night->setPixmap(pixmap_of(*definition, kind, TypLight::night, size));
+  m_label->setText(to_qt(key) + QLatin1Char('\n') + to_qt(label_text(*definition)));
+}
+
+QIcon TypPreview::icon(RuleKind kind, const std::string& key) {
+  if (m_typ == nullptr) return {};
+  const auto [at, is_new] = m_icons.try_emplace({kind, key});
+  if (!is_new) return at->second;
+  const TypDefinition* definition = find_definition(*m_typ, kind, key);
+  if (definition != nullptr)
+    at->second = QIcon(pixmap_of(*definition, kind, TypLight::day, {icon_width, icon_height}));
+  return at->second;
+}
+
+}  // namespace ferrowen::ui
