@@ -75,6 +75,13 @@ def settings_load(build):
     print(f"{'median milliseconds':34}{loading:12.4f}{reading:14.4f}{loading / reading:8.1f}")
 
 
+def typ_load(build):
+    output = subprocess.run([str(build / "bin" / "bench-typ")], check=True, capture_output=True, text=True)
+    loading, reading, size, definitions = output.stdout.split()
+    print(f"{f'TYP file of {int(size) // 1024} KB, {definitions} types':34}{'load':>12}{'bytes alone':>14}{'ratio':>8}")
+    print(f"{'median milliseconds':34}{float(loading):12.4f}{float(reading):14.4f}{float(loading) / float(reading):8.1f}")
+
+
 def window(build):
     """The window program on Qt's offscreen platform; skipped where it was not built."""
     program = build / "bin" / "bench-window"
@@ -106,6 +113,8 @@ def main():
     start_time(program)
     print()
     settings_load(build)
+    print()
+    typ_load(build)
     print()
     window(build)
     print()
