@@ -51,6 +51,9 @@ const Items& commands() {
       {"option_toggle", "Switch line off/on"},
       {"option_next", "Next remark"},
       {"open_wiki", "Open the wiki page"},
+      {"create_typ", "Create TYP file"},
+      {"check_typ", "Check with mkgmap"},
+      {"colours", "Colours..."},
   };
   return items;
 }
@@ -244,6 +247,8 @@ const Items& menus() {
       {"mhelp_java", "Java version"},
       {"mhelp_update", "Project page"},
       {"mhelp_about", "About Ferrowen..."},
+      {"mtools_typ", "TYP file for a style..."},
+      {"mtools_colours", "Colours..."},
   };
   return items;
 }
@@ -278,6 +283,15 @@ const Items& tooltips() {
        "Uses these options from now on, and saves them in the option set that is chosen (CTRL Enter)"},
       {"tag_search", "Words that stand in the key, its meaning or its values"},
       {"open_wiki", "Shows what the wiki of OpenStreetMap says about this key"},
+      {"create_typ", "Writes temp.txt in the program folder and opens it in the TYP editor"},
+      {"check_typ", "Lets mkgmap compile the text and shows the line that it does not accept"},
+      {"typ_fid", "A number from 1 to 65000"},
+      {"typ_complete",
+       "mkgmap refuses polygons without a colour; with this they get a light grey, marked by a comment. "
+       "Missing rule "
+       "files are left out"},
+      {"colour_text", "Six hexadecimal digits: red, green and blue, two digits each"},
+      {"colour_copy", "Copies the six digits"},
   };
   return items;
 }
@@ -442,6 +456,28 @@ const Items& labels() {
       {"about_toolkit", "Window library"},
       {"about_java", "Java"},
       {"about_folder", "Program folder"},
+      // TYP windows
+      {"typ_title", "TYP file for a style"},
+      {"typ_files", "Files of the style"},
+      {"typ_complete", "Neutral fill where no colour is known"},
+      {"typ_drawings", "Drawings"},
+      {"typ_text", "Text"},
+      {"typ_day", "Day"},
+      {"typ_night", "Night"},
+      {"typ_kind", "Kind"},
+      {"typ_type", "Type"},
+      {"typ_label", "Label"},
+      {"typ_choose_style", "Choose a style."},
+      {"typ_count", "%1 polygons, %2 lines, %3 points."},
+      {"typ_without_colour", "%1 polygons have no colour: mkgmap refuses the text until they have one."},
+      {"typ_accepted", "mkgmap accepts this text."},
+      {"typ_refused", "mkgmap refuses this text. %1"},
+      {"colour_title", "Colours"},
+      {"colour_palette", "Palette"},
+      {"colour_picker", "Hue and lightness"},
+      {"colour_shades", "Shades"},
+      {"colour_text", "Value"},
+      {"colour_current", "Current colour"},
   };
   return items;
 }
