@@ -6,7 +6,7 @@
 namespace ferrowen::ui {
 
 QColor map_ground(TypLight light) {
-  return light == TypLight::day ? QColor(0xF4, 0xF2, 0xEC) : QColor(0x20, 0x24, 0x28);
+  return light == TypLight::day ? QColor(0xF4, 0xF2, 0xEC) : QColor(0x30, 0x34, 0x3C);
 }
 
 QPixmap typ_pixmap(RuleKind kind, const TypDefinition& definition, TypLight light, QSize size,
