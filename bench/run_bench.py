@@ -102,6 +102,11 @@ def doctor(build):
         copies, size, time_taken, rows = line.split()
         name = "default style from the disk" if copies == "0" else f"its rules {copies} times"
         print(f"{name:34}{size if copies != '0' else '':>12}{float(time_taken):14.1f}{rows:>8}")
+def typ_load(build):
+    output = subprocess.run([str(build / "bin" / "bench-typ")], check=True, capture_output=True, text=True)
+    loading, reading, size, definitions = output.stdout.split()
+    print(f"{f'TYP file of {int(size) // 1024} KB, {definitions} types':34}{'load':>12}{'bytes alone':>14}{'ratio':>8}")
+    print(f"{'median milliseconds':34}{float(loading):12.4f}{float(reading):14.4f}{float(loading) / float(reading):8.1f}")
 
 
 def window(build):
@@ -138,6 +143,7 @@ def main():
     print()
     registered_maps(build)
     doctor(build)
+    typ_load(build)
     print()
     window(build)
     print()

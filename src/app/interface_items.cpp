@@ -68,6 +68,9 @@ const Items& commands() {
       {"doctor_export_csv", "Save as csv"},
       {"doctor_export_editor", "TYP to editor files"},
       {"doctor_web", "Search the web"},
+      {"create_typ", "Create TYP file"},
+      {"check_typ", "Check with mkgmap"},
+      {"colours", "Colours..."},
   };
   return items;
 }
@@ -266,6 +269,8 @@ const Items& menus() {
       {"mtools_installer", "Create Window Installer"},
       {"mtools_fix_registry", "Fix Registry Problem"},
       {"mtools_doctor", "Style Doctor..."},
+      {"mtools_typ", "TYP file for a style..."},
+      {"mtools_colours", "Colours..."},
   };
   return items;
 }
@@ -328,6 +333,15 @@ const Items& tooltips() {
       {"doctor_web", "What the OSM wiki says about the chosen tag"},
       {"doctor_day", "Drawing by day"},
       {"doctor_night", "Drawing by night"},
+      {"create_typ", "Writes temp.txt in the program folder and opens it in the TYP editor"},
+      {"check_typ", "Lets mkgmap compile the text and shows the line that it does not accept"},
+      {"typ_fid", "A number from 1 to 65000"},
+      {"typ_complete",
+       "mkgmap refuses polygons without a colour; with this they get a light grey, marked by a comment. "
+       "Missing rule "
+       "files are left out"},
+      {"colour_text", "Six hexadecimal digits: red, green and blue, two digits each"},
+      {"colour_copy", "Copies the six digits"},
   };
   return items;
 }
@@ -545,6 +559,28 @@ const Items& labels() {
       {"doctor_tag_search", "Search tags of this style"},
       {"doctor_every_check", "Everything (%1)"},
       {"doctor_counts", "%1 findings"},
+      // TYP windows
+      {"typ_title", "TYP file for a style"},
+      {"typ_files", "Files of the style"},
+      {"typ_complete", "Neutral fill where no colour is known"},
+      {"typ_drawings", "Drawings"},
+      {"typ_text", "Text"},
+      {"typ_day", "Day"},
+      {"typ_night", "Night"},
+      {"typ_kind", "Kind"},
+      {"typ_type", "Type"},
+      {"typ_label", "Label"},
+      {"typ_choose_style", "Choose a style."},
+      {"typ_count", "%1 polygons, %2 lines, %3 points."},
+      {"typ_without_colour", "%1 polygons have no colour: mkgmap refuses the text until they have one."},
+      {"typ_accepted", "mkgmap accepts this text."},
+      {"typ_refused", "mkgmap refuses this text. %1"},
+      {"colour_title", "Colours"},
+      {"colour_palette", "Palette"},
+      {"colour_picker", "Hue and lightness"},
+      {"colour_shades", "Shades"},
+      {"colour_text", "Value"},
+      {"colour_current", "Current colour"},
   };
   return items;
 }

@@ -20,6 +20,8 @@
 #include "pipeline/tiles/last_split.hpp"
 #include "ui/about_box.hpp"
 #include "ui/doctor.hpp"
+#include "ui/cmcolor.hpp"
+#include "ui/createtyp.hpp"
 #include "ui/f1.hpp"
 #include "ui/qt_text.hpp"
 #include "ui/tag_keys.hpp"
@@ -175,6 +177,8 @@ void f1::fill_tools_menu(QMenu* menu) {
     if (take_settings()) doctor(m_workspace, *m_prompts, this).exec();
   });
   entry(menu, "mtools_tags", [this] { tag_keys(m_workspace.texts, *m_prompts, this).exec(); });
+  stage_entry(menu, "mtools_typ", [this] { createtyp(m_workspace, *m_prompts, *m_progress, this).exec(); });
+  entry(menu, "mtools_colours", [this] { cmcolor(m_workspace.texts, this).exec(); });
   stage_entry(menu, "mtools_get", [this] {
     m_tools_page->look_again(*m_progress);
     m_stack->setCurrentWidget(m_tools_page);

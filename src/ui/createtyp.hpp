@@ -1,0 +1,60 @@
+// createtyp: a first TYP text for a style, with what it will draw before it is written.
+#pragma once
+
+#include <QCheckBox>
+#include <QDialog>
+#include <QLabel>
+#include <QLineEdit>
+#include <QListWidget>
+#include <QPlainTextEdit>
+#include <QPushButton>
+#include <QTabWidget>
+
+#include "app/workspace.hpp"
+#include "base/prompts.hpp"
+#include "styletools/typ_generator.hpp"
+#include "ui/text_binder.hpp"
+#include "ui/typ_list.hpp"
+
+namespace ferrowen::ui {
+
+// Controls, by their public names:
+//   List2      styles                     File1     files of the style       Text1  family ID
+//   typ_complete  neutral fills           typ_list  the drawings             typ_text  the text
+//   typ_state  what the sheet will hold   Command1  writes temp.txt and opens it in the TYP editor
+//   typ_check  asks mkgmap                typ_save_as, typ_colours, typ_close
+class createtyp : public QDialog {
+  Q_OBJECT
+ public:
+  createtyp(Workspace& workspace, Prompts& prompts, Progress& progress, QWidget* parent = nullptr);
+
+  void done(int result) override;
+
+ private:
+  QWidget* make_left();
+  QWidget* make_preview();
+  QLayout* make_buttons();
+  QPushButton* button(const char* name, const char* key);
+  [[nodiscard]] SheetRequest request() const;
+  void show_style();
+  void show_sheet();
+  void create();
+  void save_as();
+  void check();
+  bool write(const std::string& path);
+  void show_colours();
+
+  Workspace& m_workspace;
+  Prompts& m_prompts;
+  Progress& m_progress;
+  TextBinder m_binder;
+  QListWidget *m_styles = nullptr, *m_files = nullptr;
+  QLineEdit* m_family_id = nullptr;
+  QCheckBox* m_complete = nullptr;
+  QTabWidget* m_tabs = nullptr;
+  TypList* m_list = nullptr;
+  QPlainTextEdit* m_text = nullptr;
+  QLabel* m_state = nullptr;
+};
+
+}  // namespace ferrowen::ui

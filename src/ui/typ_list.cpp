@@ -1,0 +1,53 @@
+#include "ui/typ_list.hpp"
+
+#include <QHeaderView>
+
+#include "styletools/typ_reader.hpp"
+#include "styletools/typ_text.hpp"
+#include "ui/qt_text.hpp"
+#include "ui/typ_pixmap.hpp"
+
+namespace ferrowen::ui {
+
+namespace {
+
+constexpr int day_column = 0, night_column = 1, kind_column = 2, type_column = 3, label_column = 4;
+constexpr QSize picture_size(72, 32);
+
+}  // namespace
+
+TypList::TypList(const TextBinder& binder, QWidget* parent) : QTreeWidget(parent) {
+  setRootIsDecorated(false);
+  setUniformRowHeights(true);
+  setIconSize(picture_size);
+  QStringList headings;
+  for (const char* key : {"typ_day", "typ_night", "typ_kind", "typ_type", "typ_label"})
+    headings << binder.text(Section::labels, key);
+  setHeaderLabels(headings);
+  for (const int column : {day_column, night_column, kind_column, type_column})
+    header()->setSectionResizeMode(column, QHeaderView::ResizeToContents);
+}
+
+void TypList::show_typ(const TypFile& typ) {
+  clear();
+  QList<QTreeWidgetItem*> items;
+  for (const RuleKind kind : rule_kinds)
+    for (const TypDefinition& definition : typ.of(kind))
+      add(kind, definition, items);
+  addTopLevelItems(items);
+}
+
+void TypList::add(RuleKind kind, const TypDefinition& definition, QList<QTreeWidgetItem*>& items) const {
+  auto* item = new QTreeWidgetItem;
+  const qreal ratio = devicePixelRatioF();
+  item->setIcon(day_column, typ_pixmap(kind, definition, TypLight::day, picture_size, ratio));
+  item->setIcon(night_column, typ_pixmap(kind, definition, TypLight::night, picture_size, ratio));
+  item->setText(kind_column, to_qt(kind_title(kind)));
+  item->setText(type_column, to_qt(type_code(definition.type, definition.subtype)));
+  item->setText(label_column,
+                to_qt(definition.damage.empty() ? label_text(definition)
+                                                : label_text(definition) + " (" + definition.damage + ")"));
+  items << item;
+}
+
+}  // namespace ferrowen::ui
