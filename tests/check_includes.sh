@@ -12,11 +12,12 @@ platform:
 base: platform
 runner: base platform
 app: runner base platform
+mp: app runner base platform
 pipeline/tiles: app runner base platform
 elevation: pipeline/tiles app runner base platform
 pipeline: elevation pipeline/tiles app runner base platform
-ui: pipeline elevation pipeline/tiles app runner base platform
-cli: pipeline elevation pipeline/tiles app runner base platform
+ui: mp pipeline elevation pipeline/tiles app runner base platform
+cli: mp pipeline elevation pipeline/tiles app runner base platform
 '
 
 allowed_for() { printf '%s\n' "$rules" | sed -n "s|^$1:||p"; }

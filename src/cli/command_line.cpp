@@ -67,6 +67,21 @@ Examples:
   ferrowen maps unused --delete Old_Map --delete /data/maps/Test
   ferrowen maps unused --recover Old_Map)";
 
+constexpr const char* gpx_footer =
+    R"(Each route or track segment becomes a line of NAME.mp in the folder mps of the program folder.
+Types are hexadecimal numbers, written without 0x.
+Examples:
+  ferrowen gpx2mp tour.gpx --points --name
+  ferrowen gpx2mp *.gpx --type 16 --label "Our tours"
+  ferrowen build ~/.local/share/ferrowen/mps/tour.mp --option --code-page=1251)";
+
+constexpr const char* kml_footer =
+    R"(Placemarks with a path become lines of NAME.mp in the folder mps of the program folder, with
+--points those with a single position points. Types are hexadecimal numbers, written without 0x.
+Examples:
+  ferrowen kml2mp places.kml --points
+  ferrowen kml2mp ways.kml --type 1c --label Border)";
+
 std::string footer(const std::string& text) {
   return text.empty() ? global_hint : text + "\n\n" + global_hint;
 }
@@ -238,6 +253,31 @@ void add_maps(CLI::App& app, MapsArguments& arguments, UnusedMapsArguments& unus
   add_unused_maps(*maps, unused);
 }
 
+CLI::App* add_converter(CLI::App& app, const std::string& name, const std::string& help,
+                        const std::string& footer_text, ConvertArguments& arguments) {
+  CLI::App* command = add_command(app, name, help, footer_text);
+  command->add_option("FILE", arguments.files, "Files to convert")->type_name("...")->required();
+  text_option(*command, "--type", arguments.type, "HEX", "Type of the lines; 16 without it");
+  text_option(*command, "--label", arguments.label, "T", "Label; without it the one found in the file");
+  command->add_flag("--show", arguments.show, "Show the files that were written");
+  return command;
+}
+
+void add_converters(CLI::App& app, GpxArguments& gpx, KmlArguments& kml) {
+  CLI::App* tracks =
+      add_converter(app, "gpx2mp", "Convert GPX routes and tracks to Polish MP", gpx_footer, gpx);
+  tracks->add_flag("--name", gpx.offer_name, "Look for a name in the file and offer it as label");
+  tracks->add_flag("--polygon", gpx.polygon, "Write polygons instead of lines");
+  tracks->add_flag("--points", gpx.points, "Write points at the start, half way and the finish");
+  text_option(*tracks, "--start-type", gpx.start_type, "HEX", "Type of the start point; 6412 without it");
+  text_option(*tracks, "--half-way-type", gpx.half_way_type, "HEX",
+              "Type of the point half way; 52 without it");
+  text_option(*tracks, "--finish-type", gpx.finish_type, "HEX", "Type of the finish point; 6412 without it");
+  CLI::App* placemarks = add_converter(app, "kml2mp", "Convert KML placemarks to Polish MP", kml_footer, kml);
+  placemarks->add_flag("--points", kml.points, "Write placemarks with a single position as points");
+  text_option(*placemarks, "--point-type", kml.point_type, "HEX", "Type of the points; 2f without it");
+}
+
 struct Parser {
   CLI::App app{"Turns OpenStreetMap data into Garmin maps."};
   GlobalOptions global;
@@ -248,6 +288,8 @@ struct Parser {
   LanguageArguments language;
   MapsArguments maps;
   UnusedMapsArguments unused_maps;
+  GpxArguments gpx;
+  KmlArguments kml;
 
   Parser() {
     constexpr std::size_t column = 28;
@@ -264,6 +306,7 @@ struct Parser {
     add_tiles(app, tiles);
     add_build(app, build);
     add_maps(app, maps, unused_maps);
+    add_converters(app, gpx, kml);
     add_language(app, language);
     app.require_subcommand(1);
     app.footer(main_footer);
@@ -278,6 +321,8 @@ struct Parser {
       return {global, maps};
     }
     if (app.got_subcommand("language")) return {global, language};
+    if (app.got_subcommand("gpx2mp")) return {global, gpx};
+    if (app.got_subcommand("kml2mp")) return {global, kml};
     return {global, build};
   }
 };

@@ -55,10 +55,26 @@ struct UnusedMapsArguments {
   std::optional<std::string> recover;
 };
 
+// What both converters to Polish MP take.
+struct ConvertArguments {
+  std::vector<std::string> files;
+  std::optional<std::string> type, label;
+  bool points = false, show = false;
+};
+
+struct GpxArguments : ConvertArguments {
+  std::optional<std::string> start_type, half_way_type, finish_type;
+  bool offer_name = false, polygon = false;
+};
+
+struct KmlArguments : ConvertArguments {
+  std::optional<std::string> point_type;
+};
+
 struct CommandLine {
   GlobalOptions global;
   std::variant<SettingsArguments, SplitArguments, TilesArguments, BuildArguments, LanguageArguments,
-               MapsArguments, UnusedMapsArguments>
+               MapsArguments, UnusedMapsArguments, GpxArguments, KmlArguments>
       command;
 };
 

@@ -14,5 +14,7 @@ ExitStatus run_command(Session& session, const BuildArguments& arguments);
 ExitStatus run_command(Session& session, const LanguageArguments& arguments);
 ExitStatus run_command(Session& session, const MapsArguments& arguments);
 ExitStatus run_command(Session& session, const UnusedMapsArguments& arguments);
+ExitStatus run_command(Session& session, const GpxArguments& arguments);
+ExitStatus run_command(Session& session, const KmlArguments& arguments);
 
 }  // namespace ferrowen
