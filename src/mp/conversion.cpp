@@ -53,6 +53,16 @@ std::string conversion_summary(const MpCounts& counts) {
   return summary.append(crlf).append("Coordinates:" + std::to_string(counts.coordinates));
 }
 
+void use_label_encoding(Settings& settings, LabelEncoding encoding) {
+  settings.unicode = encoding == LabelEncoding::unicode;
+  std::vector<std::string> lines = split_lines(settings.use_options_text ? settings.options_text : "");
+  std::erase_if(lines, [](const std::string& line) { return trim(line).starts_with("--code-page="); });
+  // In front: an end mark or a block of other options may stand further down.
+  if (encoding == LabelEncoding::code_page_1251) lines.emplace(lines.begin(), label_code_page_option);
+  settings.options_text = join_texts(lines, crlf);
+  settings.use_options_text = settings.use_options_text || !lines.empty();
+}
+
 bool ConversionJob::is_told(const std::string& text) {
   if (std::find(m_told.begin(), m_told.end(), text) != m_told.end()) return true;
   m_told.push_back(text);
@@ -197,6 +207,7 @@ class FileConverter {
   ConversionEnd finish(ConversionJob& job, ConversionEnd end, MpFile& file) {
     if (job.was_stopped) return ConversionEnd::cancelled;
     job.tell_problems();
+    if (job.writer.failed()) return refuse(file.problem(), ConversionEnd::failed);
     if (end != ConversionEnd::done) return end;
     const ConversionEnd good = job.has_invalid_type ? ConversionEnd::stopped_by_check : ConversionEnd::done;
     if (!has_objects(job.writer.counts())) {

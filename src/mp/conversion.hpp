@@ -36,6 +36,11 @@ std::string conversion_summary(const MpCounts& counts);
 // The option of mkgmap that keeps the labels of these files as they are.
 inline constexpr std::string_view label_code_page_option = "--code-page=1251";
 
+// How the map of such files keeps its labels.
+enum class LabelEncoding : unsigned char { unicode, code_page_1251 };
+// Puts the choice into the options of the build.
+void use_label_encoding(Settings& settings, LabelEncoding encoding);
+
 // One source file while it is converted: what a format's routine writes with.
 class ConversionJob {
  public:

@@ -6,6 +6,7 @@
 #include "base/text.hpp"
 #include "mp/gpx2mp.hpp"
 #include "mp/kml2mp.hpp"
+#include "mp/mp_shapes.hpp"
 #include "support/fake_progress.hpp"
 #include "support/fake_prompts.hpp"
 #include "support/temp_folder.hpp"
@@ -246,6 +247,36 @@ TEST_CASE("a stop and a folder in the way leave nothing behind") {
   CHECK(desk.gpx({desk.home / "t.gpx"}).end == ConversionEnd::failed);
   CHECK(contains(desk.prompts.tells().back(), "in the way"));
   CHECK(desk.left_in_mps().empty());
+}
+
+TEST_CASE("a look at what would be written tells nothing and writes nothing") {
+  Desk desk;
+  desk.gpx_choices.writes_points = desk.gpx_choices.offers_name = true;
+  const std::string text = "<name>x</name>" + track(gpx_points({{"46", "7"}, {"47", "8"}}));
+  const std::string file = desk.home.write("t.gpx", text);
+  const std::vector<MpShape> shapes =
+      read_mp_shapes(converted_text(file, desk.progress, gpx_format(desk.gpx_choices)));
+  REQUIRE(shapes.size() == 4);
+  CHECK(shapes[0].label == "Start");
+  CHECK(shapes[2].kind == MpKind::line);
+  REQUIRE(shapes[2].points.size() == 2);
+  CHECK(shapes[2].points[1].longitude == 8);
+  CHECK(desk.prompts.said.empty());
+  CHECK_FALSE(file_exists(desk.home / "mps"));
+  CHECK(converted_text(desk.home / "none.gpx", desk.progress, gpx_format(desk.gpx_choices)).empty());
+}
+
+TEST_CASE("the build is told how labels are kept") {
+  Settings settings;
+  settings.unicode = true;
+  settings.options_text = "--x\r\n##\r\n[more]";
+  use_label_encoding(settings, LabelEncoding::code_page_1251);
+  use_label_encoding(settings, LabelEncoding::code_page_1251);
+  CHECK_FALSE(settings.unicode);
+  CHECK(settings.options_text == "--code-page=1251\r\n--x\r\n##\r\n[more]");
+  use_label_encoding(settings, LabelEncoding::unicode);
+  CHECK(settings.unicode);
+  CHECK(settings.options_text == "--x\r\n##\r\n[more]");
 }
 
 TEST_CASE("what is no MP file is not shown") {
