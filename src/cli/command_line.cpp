@@ -256,10 +256,10 @@ void add_maps(CLI::App& app, MapsArguments& arguments, UnusedMapsArguments& unus
 CLI::App* add_converter(CLI::App& app, const std::string& name, const std::string& help,
                         const std::string& footer_text, ConvertArguments& arguments) {
   CLI::App* command = add_command(app, name, help, footer_text);
-  command->add_option("FILE", arguments.files, "Files to convert")->type_name("...")->required();
+  command->add_option("FILE", arguments.files, "Files to convert")->type_name("")->required();
   text_option(*command, "--type", arguments.type, "HEX", "Type of the lines; 16 without it");
   text_option(*command, "--label", arguments.label, "T", "Label; without it the one found in the file");
-  command->add_flag("--show", arguments.show, "Show the files that were written");
+  command->add_flag("--show", arguments.show, "Show the end of the files that were written");
   return command;
 }
 

@@ -58,6 +58,7 @@ ExitStatus show_conversion(Session& session, const ConvertArguments& arguments,
   for (const ConvertedFile& file : conversion.files) {
     if (arguments.show) show_mp(session.prompts, file.output);
   }
+  session.prompts.print_shown_files();
   return exit_status_of(conversion.end);
 }
 
