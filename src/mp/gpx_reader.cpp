@@ -117,6 +117,7 @@ class GpxReading {
       longitude = quoted_value(cleaned, "lon=");
     }
     if (!latitude || !longitude) {
+      m_file.rewritten.pop_back();
       const bool is_cut_off = end == m_text.size();
       m_file.problems.add_at(begin, is_cut_off ? "the file ends within a point, which is left out"
                                                : "a point without lat and lon is left out");
