@@ -13,6 +13,7 @@ base: platform
 runner: base platform
 app: runner base platform
 styletools: app runner base platform
+mp: app runner base platform
 pipeline/tiles: app runner base platform
 contours: base platform
 elevation: pipeline/tiles app runner base platform
@@ -22,6 +23,8 @@ ui: automation pipeline elevation pipeline/tiles app runner base platform
 cli: automation pipeline elevation pipeline/tiles app runner base platform
 ui: styletools pipeline elevation pipeline/tiles app runner base platform
 cli: styletools pipeline elevation pipeline/tiles app runner base platform
+ui: mp pipeline elevation pipeline/tiles app runner base platform
+cli: mp pipeline elevation pipeline/tiles app runner base platform
 '
 
 allowed_for() { printf '%s\n' "$rules" | sed -n "s|^$1:||p"; }

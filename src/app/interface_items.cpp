@@ -71,6 +71,11 @@ const Items& commands() {
       {"create_typ", "Create TYP file"},
       {"check_typ", "Check with mkgmap"},
       {"colours", "Colours..."},
+      {"mp_add", "Add a file"},
+      {"mp_remove", "Remove"},
+      {"mp_convert", "Convert"},
+      {"mp_build", "Build a map"},
+      {"mp_show", "Show the file"},
   };
   return items;
 }
@@ -271,6 +276,8 @@ const Items& menus() {
       {"mtools_doctor", "Style Doctor..."},
       {"mtools_typ", "TYP file for a style..."},
       {"mtools_colours", "Colours..."},
+      {"mtools_gpx2mp", "Convert GPX to MP..."},
+      {"mtools_kml2mp", "Convert KML to MP..."},
   };
   return items;
 }
@@ -342,6 +349,20 @@ const Items& tooltips() {
        "files are left out"},
       {"colour_text", "Six hexadecimal digits: red, green and blue, two digits each"},
       {"colour_copy", "Copies the six digits"},
+      {"mp_files", "Files to convert; drop them here. The chosen one is shown on the right"},
+      {"mp_add", "Adds a file to the list"},
+      {"mp_remove", "Takes the chosen files from the list; the files themselves stay"},
+      {"mp_type", "A type by its name, or any other as a hexadecimal number without 0x"},
+      {"mp_convert", "Writes the files into the folder mps of the program folder"},
+      {"mp_stop", "Ends the conversion; a half-made file is removed"},
+      {"mp_close", "Closes this window"},
+      {"mp_results", "The files that were written; the chosen one is built or shown"},
+      {"mp_encoding", "Option of the build that keeps labels with letters beyond English as they are"},
+      {"mp_build", "Takes the chosen file as map data of the main window, ready for Create Map"},
+      {"mp_show", "Shows the chosen file as text"},
+      {"gpx2mp_label", "Label of the lines; when empty, the name found in the file can be offered"},
+      {"kml2mp_label", "Label of all objects; when empty, that of the placemark's data is used"},
+      {"kml2mp_coordinates", "The coordinates that will be written, latitude first"},
   };
   return items;
 }
@@ -581,6 +602,28 @@ const Items& labels() {
       {"colour_shades", "Shades"},
       {"colour_text", "Value"},
       {"colour_current", "Current colour"},
+      {"gpx2mp_title", "GPX to MP"},
+      {"kml2mp_title", "KML to MP"},
+      {"mp_files", "Files"},
+      {"mp_choices", "What is written"},
+      {"mp_results", "Written"},
+      {"mp_plot", "What will be written"},
+      {"mp_drop_here", "Drop files here, or add them on the left."},
+      {"mp_no_preview", "There is nothing to show of this file."},
+      {"mp_line_type", "Type of lines"},
+      {"mp_label", "Label"},
+      {"mp_encoding", "Labels of the map"},
+      {"mp_done", "%1 of %2 files written"},
+      {"mp_stopped", "Stopped; %1 of %2 files written"},
+      {"gpx2mp_name", "Offer the name found in the file"},
+      {"gpx2mp_polygon", "Polygons instead of lines"},
+      {"gpx2mp_points", "Points at start, half way and finish"},
+      {"gpx2mp_start", "Start"},
+      {"gpx2mp_half_way", "Half way"},
+      {"gpx2mp_finish", "Finish"},
+      {"kml2mp_points", "Single positions as points"},
+      {"kml2mp_point_type", "Type of points"},
+      {"kml2mp_coordinates", "Coordinates"},
   };
   return items;
 }

@@ -95,7 +95,7 @@ Result<std::string> read_file(const std::string& path, std::uint64_t limit) {
   file.read(bytes.data(), static_cast<std::streamsize>(size));
   if (file.bad()) return failed<std::string>(path + ": cannot be read");
   bytes.resize(static_cast<std::size_t>(file.gcount()));
-  return {bytes, ""};
+  return {std::move(bytes), ""};
 }
 
 Status safe_write(const std::string& path, std::string_view bytes) {

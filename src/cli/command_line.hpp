@@ -106,6 +106,20 @@ struct TypArguments {
   std::string style;                                        // create
   std::optional<std::string> family_id;
   bool complete = false;
+// What both converters to Polish MP take.
+struct ConvertArguments {
+  std::vector<std::string> files;
+  std::optional<std::string> type, label;
+  bool points = false, show = false;
+};
+
+struct GpxArguments : ConvertArguments {
+  std::optional<std::string> start_type, half_way_type, finish_type;
+  bool offer_name = false, polygon = false;
+};
+
+struct KmlArguments : ConvertArguments {
+  std::optional<std::string> point_type;
 };
 
 struct CommandLine {
@@ -114,6 +128,7 @@ struct CommandLine {
                MapsArguments, UnusedMapsArguments, HgtArguments, ContoursArguments, UnzipArguments,
                MergeArguments, RunArguments, ScriptArguments>
                MapsArguments, UnusedMapsArguments, DoctorArguments, TypArguments>
+               MapsArguments, UnusedMapsArguments, GpxArguments, KmlArguments>
       command;
 };
 

@@ -23,5 +23,7 @@ ExitStatus run_command(Session& session, const RunArguments& arguments);
 ExitStatus run_command(Session& session, const ScriptArguments& arguments);
 ExitStatus run_command(Session& session, const DoctorArguments& arguments);
 ExitStatus run_command(Session& session, const TypArguments& arguments);
+ExitStatus run_command(Session& session, const GpxArguments& arguments);
+ExitStatus run_command(Session& session, const KmlArguments& arguments);
 
 }  // namespace ferrowen

@@ -132,6 +132,8 @@ class f1 : public QMainWindow {
   void restored(bool done);
   void show_settings_window(Page page = Page::map);
   void show_option_editor(bool splitter);
+  template <typename Converter>
+  void show_converter();
   void edit_text(const QString& path);
   void view_text(const QString& path);
   void choose_language(const QString& file);

@@ -23,6 +23,8 @@
 #include "ui/cmcolor.hpp"
 #include "ui/createtyp.hpp"
 #include "ui/f1.hpp"
+#include "ui/gpx2mp.hpp"
+#include "ui/kml2mp.hpp"
 #include "ui/qt_text.hpp"
 #include "ui/tag_keys.hpp"
 
@@ -146,6 +148,15 @@ void f1::fill_map_menu(QMenu* menu) {
   }
 }
 
+template <typename Converter>
+void f1::show_converter() {
+  if (!take_settings()) return;
+  Converter window(m_workspace, *m_prompts, this);
+  window.exec();
+  show_record();
+  if (!window.file_to_build().isEmpty()) open_input(window.file_to_build());
+}
+
 void f1::fill_tools_menu(QMenu* menu) {
   stage_entry(menu, "mtools_own_script", [this] {
     if (const std::string path = own_script_for_editing(m_workspace, *m_prompts); !path.empty())
@@ -176,6 +187,11 @@ void f1::fill_tools_menu(QMenu* menu) {
   stage_entry(menu, "mtools_doctor", [this] {
     if (take_settings()) doctor(m_workspace, *m_prompts, this).exec();
   });
+  // Not a stage of their own: what comes of them is opened like any other map file.
+  for (QAction* action : {entry(menu, "mtools_gpx2mp", [this] { show_converter<gpx2mp>(); }),
+                          entry(menu, "mtools_kml2mp", [this] { show_converter<kml2mp>(); })})
+    m_idle_only_actions.push_back(action);
+  menu->addSeparator();
   entry(menu, "mtools_tags", [this] { tag_keys(m_workspace.texts, *m_prompts, this).exec(); });
   stage_entry(menu, "mtools_typ", [this] { createtyp(m_workspace, *m_prompts, *m_progress, this).exec(); });
   entry(menu, "mtools_colours", [this] { cmcolor(m_workspace.texts, this).exec(); });

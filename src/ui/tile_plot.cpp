@@ -26,7 +26,6 @@ QRectF area_of(const Tile& tile) {
 }
 
 QRectF area_of(const TileList& tiles) {
-  if (tiles.empty()) return whole_world;
   QRectF all = area_of(tiles.front());
   for (const Tile& tile : tiles)
     all = all.united(area_of(tile));
@@ -55,6 +54,11 @@ void TilePlot::set_tiles(const TileList& tiles, bool fit) {
   m_anchor = m_focus;
   if (fit) zoom_fit();
   update();
+}
+
+void TilePlot::set_area(const QRectF& degrees) {
+  m_area = degrees;
+  zoom_fit();
 }
 
 void TilePlot::set_empty_text(const QString& text) {
@@ -258,7 +262,8 @@ void TilePlot::zoom_in() { zoom(zoom_step, QRectF(rect()).center()); }
 void TilePlot::zoom_out() { zoom(1 / zoom_step, QRectF(rect()).center()); }
 
 void TilePlot::zoom_fit() {
-  m_projection = Projection::fitted(area_of(m_tiles), QSizeF(size()));
+  const QRectF without_tiles = m_area.isNull() ? whole_world : m_area;
+  m_projection = Projection::fitted(m_tiles.empty() ? without_tiles : area_of(m_tiles), QSizeF(size()));
   m_fitted = true;
   view_changed();
 }
@@ -267,7 +272,8 @@ void TilePlot::mousePressEvent(QMouseEvent* event) {
   m_drag_start = m_drag_last = event->position();
   m_drag_button = event->button();
   // The left button selects; the other two, and the left one with Alt, move the map.
-  const bool moves = event->button() != Qt::LeftButton || event->modifiers().testFlag(Qt::AltModifier);
+  const bool moves = event->button() != Qt::LeftButton || event->modifiers().testFlag(Qt::AltModifier) ||
+                     (m_tiles.empty() && !m_area.isNull());
   m_drag = moves ? Drag::pan : Drag::pressed;
   if (m_drag == Drag::pan) setCursor(Qt::ClosedHandCursor);
 }

@@ -22,6 +22,8 @@ class TilePlot : public QWidget {
   void add_layer(std::unique_ptr<PlotLayer> layer);
   // Shows these tiles; `fit` brings all of them into view.
   void set_tiles(const TileList& tiles, bool fit);
+  // A plot without tiles shows this area instead (x: longitude, y: latitude), and the left button moves it.
+  void set_area(const QRectF& degrees);
   [[nodiscard]] const TileList& tiles() const { return m_tiles; }
   [[nodiscard]] QString empty_text() const { return m_empty_text; }
   void set_empty_text(const QString& text);
@@ -78,6 +80,7 @@ class TilePlot : public QWidget {
 
   TileList m_tiles;
   std::vector<std::unique_ptr<PlotLayer>> m_layers;
+  QRectF m_area;  // null: the whole world
   Projection m_projection;
   QPixmap m_background;
   bool m_background_valid = false;

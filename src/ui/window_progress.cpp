@@ -39,11 +39,13 @@ void WindowProgress::elapsed(double seconds) {
   if (m_controls.elapsed->text() != text) m_controls.elapsed->setText(text);
 }
 
-void WindowProgress::output(std::string_view text) { m_controls.console->add(text); }
+void WindowProgress::output(std::string_view text) {
+  if (m_controls.console != nullptr) m_controls.console->add(text);
+}
 
 void WindowProgress::command(std::string_view text) {
   m_command = text;
-  m_controls.command->setPlainText(shown_text(text));
+  if (m_controls.command != nullptr) m_controls.command->setPlainText(shown_text(text));
 }
 
 void WindowProgress::process_events() {

@@ -17,8 +17,8 @@ class WindowProgress : public Progress {
     QProgressBar* bar;
     QLabel* elapsed;
     QLabel* status;
-    ConsolePanel* console;
-    QPlainTextEdit* command;
+    ConsolePanel* console;    // null in a window whose work runs no tool
+    QPlainTextEdit* command;  // the same
   };
   explicit WindowProgress(const Controls& controls) : m_controls(controls) {}
 

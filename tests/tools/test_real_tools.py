@@ -193,6 +193,53 @@ class Building(RealTools):
         self.ferrowen("build", mp, "--fid", "1234")
         self.assertEqual(self.images(), ["13224385.img"])
 
+    def test_converted_tracks_and_placemarks_become_maps(self):
+        track = self.root / "Тропа tour.gpx"
+        points = "".join(f"<trkpt lat='{62 + i * 1e-4:.5f}' lon='{-6.8 + i * 1e-4:.4f}'/>" for i in range(2500))
+        track.write_text("<gpx><trk><name>Тропа</name><trkseg>" + points + "</trkseg></trk></gpx>")
+        report = json.loads(self.ferrowen("--yes", "gpx2mp", track, "--points", "--name", "--json").stdout)
+        self.assertEqual((report["lines"], report["pois"], report["coordinates"]), (1, 3, 2500))
+        converted = pathlib.Path(report["files"][0]["output"])
+        self.assertEqual(converted.read_bytes().count(b"[POLYLINE]"), 3)
+        self.ferrowen("settings", "set", "unicode=0", "confirm-image-overwrite=0")
+        self.ferrowen("build", converted, "--fid", "1234", "--option", "--code-page=1251")
+        image = (self.output / "13224385.img").read_bytes()
+        # Labels of this code page lie in the image byte by byte, in capitals.
+        for label in ("ТРОПА", "START", "FINISH", "HALF WAY"):
+            self.assertTrue(label.encode("cp1251") in image, label)
+        places = self.root / "places.kml"
+        places.write_text("<kml><Placemark><coordinates>-6.8,62.1,0</coordinates></Placemark><Placemark>"
+                          "<coordinates>-6.8,62 -6.9,62.1\n-6.7,62.2</coordinates></Placemark></kml>")
+        self.ferrowen("kml2mp", places, "--points", "--label", "Mine")
+        self.ferrowen("build", self.home / "mps" / "places.mp", "--fid", "1234", "--option", "--code-page=1251")
+        self.assertEqual(self.images(), ["13224385.img"])
+        image = (self.output / "13224385.img").read_bytes()
+        self.assertTrue(b"HALF WAY" not in image and b"MINE" in image)
+
+    def test_files_that_cannot_be_converted(self):
+        def small_files():
+            import resource
+            signal.signal(signal.SIGXFSZ, signal.SIG_IGN)
+            resource.setrlimit(resource.RLIMIT_FSIZE, (100000, 100000))
+
+        self.ferrowen("settings", "show")
+        track = self.root / "long.gpx"
+        track.write_text("<trkseg>" + "<trkpt lat='62.12345' lon='-6.81234'/>" * 50000)
+        run = self.ferrowen("gpx2mp", track, status=1, before=small_files)
+        self.assertIn("long.mp: File too large", run.stderr)
+        self.assertEqual(list((self.home / "mps").iterdir()), [])
+        blanks = self.root / "blanks.kml"
+        with open(blanks, "wb") as file:
+            file.truncate(2 << 30)
+        run = self.ferrowen("kml2mp", blanks, status=2)
+        self.assertIn("too large (2147483648 bytes)", run.stderr)
+        (self.root / "folder.gpx").mkdir()
+        for name, text in (("folder.gpx", "is a folder"), ("none.gpx", "no such file"),
+                           ("blanks.kml", "Not a gpx file.")):
+            self.assertIn(text, self.ferrowen("gpx2mp", self.root / name, track, status=2).stderr)
+        self.assertIn("Invalid Type:zzType must be hexadecimal",
+                      self.ferrowen("gpx2mp", track, "--type", "zz", status=3).stderr)
+
     def test_printed_commands_run_nothing(self):
         self.ferrowen("settings", "show")
         printed = self.ferrowen("build", SAMPLE, "--split", "--print").stdout.splitlines()

@@ -1,0 +1,74 @@
+#include "ui/kml2mp.hpp"
+
+#include "base/text.hpp"
+#include "ui/qt_text.hpp"
+
+namespace ferrowen::ui {
+
+namespace {
+
+constexpr std::size_t longest_shown = 20000;  // characters of the coordinates
+constexpr int shown_lines = 3;
+
+// The coordinates of an MP text, one object per line.
+QString coordinates_of(std::string_view mp_text) {
+  constexpr std::string_view data = "\nData0=";
+  QString shown;
+  for (std::size_t at = mp_text.find(data); at != std::string_view::npos; at = mp_text.find(data, at + 1)) {
+    const std::string_view rest = mp_text.substr(at + data.size(), longest_shown);
+    shown += to_qt(rest.substr(0, rest.find('\r'))) + QLatin1Char('\n');
+    if (static_cast<std::size_t>(shown.size()) > longest_shown) break;
+  }
+  return shown.left(static_cast<qsizetype>(longest_shown)).trimmed();
+}
+
+}  // namespace
+
+kml2mp::kml2mp(Workspace& workspace, Prompts& prompts, QWidget* parent)
+    : ConverterWindow(
+          workspace, prompts,
+          {"kml2mp", "kml2mp_title", {"Google Earth (*.kml)", "*.kml"}, ".kml", "Not a kml file."}, parent) {
+  finish_window();
+}
+
+void kml2mp::make_choices(QFormLayout& form) {
+  m_line_type = type_box(form, "Text1", "mp_line_type", MpKind::line, m_values.line_type);
+  m_label = new QLineEdit(this);
+  m_label->setObjectName(QStringLiteral("Text4"));
+  m_binder.tooltip(m_label, "kml2mp_label");
+  auto* label = new QLabel(this);
+  label->setBuddy(m_label);
+  m_binder.caption(label, Section::labels, "mp_label");
+  form.addRow(label, m_label);
+  m_points = caption(new QCheckBox(this), "Check2", "kml2mp_points");
+  form.addRow(m_points);
+  m_point_type = type_box(form, "Text3", "kml2mp_point_type", MpKind::point, m_values.point_type);
+  m_coordinates = new QPlainTextEdit(this);
+  m_coordinates->setObjectName(QStringLiteral("Text5"));
+  m_coordinates->setReadOnly(true);
+  m_coordinates->setTabChangesFocus(true);
+  m_coordinates->setMaximumHeight(m_coordinates->fontMetrics().lineSpacing() * (shown_lines + 1));
+  m_binder.tooltip(m_coordinates, "kml2mp_coordinates");
+  auto* caption_label = new QLabel(this);
+  caption_label->setBuddy(m_coordinates);
+  m_binder.caption(caption_label, Section::labels, "kml2mp_coordinates");
+  form.addRow(caption_label, m_coordinates);
+  m_point_type->setEnabled(false);
+  connect(m_points, &QCheckBox::toggled, this, [this](bool writes_points) {
+    m_point_type->setEnabled(writes_points);
+    preview_soon();
+  });
+}
+
+SourceFormat kml2mp::take_choices() {
+  m_values = {m_line_type->type(), m_point_type->type(), from_qt(m_label->text()), m_points->isChecked()};
+  return kml_format(m_values);
+}
+
+void kml2mp::show_choices() { m_line_type->set_type(m_values.line_type); }
+
+void kml2mp::preview_text(const std::string& mp_text) {
+  m_coordinates->setPlainText(coordinates_of(mp_text));
+}
+
+}  // namespace ferrowen::ui
