@@ -19,12 +19,8 @@ contours: base platform
 elevation: pipeline/tiles app runner base platform
 pipeline: elevation pipeline/tiles app runner base platform
 automation: pipeline elevation pipeline/tiles app runner base platform
-ui: automation pipeline elevation pipeline/tiles app runner base platform
-cli: automation pipeline elevation pipeline/tiles app runner base platform
-ui: styletools pipeline elevation pipeline/tiles app runner base platform
-cli: styletools pipeline elevation pipeline/tiles app runner base platform
-ui: mp pipeline elevation pipeline/tiles app runner base platform
-cli: mp pipeline elevation pipeline/tiles app runner base platform
+ui: automation styletools mp pipeline elevation pipeline/tiles app runner base platform
+cli: automation styletools mp pipeline elevation pipeline/tiles app runner base platform
 '
 
 allowed_for() { printf '%s\n' "$rules" | sed -n "s|^$1:||p"; }

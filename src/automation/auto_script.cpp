@@ -18,7 +18,7 @@ constexpr std::string_view utf8_mark = "\xEF\xBB\xBF";
 constexpr std::size_t map_id_digits = 8;
 
 // As it is shown in a message: cut, without control characters.
-std::string quoted(std::string_view text) {
+std::string in_quotes(std::string_view text) {
   std::string shown(text.substr(0, longest_quote));
   shown.resize(shown.size() - unfinished_utf8_tail(shown));
   std::replace_if(
@@ -53,15 +53,15 @@ class Reader {
   void read_line(std::string_view line) {
     const std::size_t end = line.find('>');
     if (!m_opened) return read_root(line);
-    if (!is_line_of_text(line)) return problem("This is no text: " + quoted(line));
+    if (!is_line_of_text(line)) return problem("This is no text: " + in_quotes(line));
     if (line[0] != '<' || end == std::string_view::npos)
-      return problem("Neither a tag nor a blank line: " + quoted(line));
+      return problem("Neither a tag nor a blank line: " + in_quotes(line));
     const std::string tag = lower_ascii(trim(line.substr(1, end - 1)));
     if (tag == "/" + std::string(auto_root)) {
       m_closed = true;
       return;
     }
-    if (find_auto_tag(tag) == nullptr) return problem("Unknown tag: " + quoted(line.substr(0, end + 1)));
+    if (find_auto_tag(tag) == nullptr) return problem("Unknown tag: " + in_quotes(line.substr(0, end + 1)));
     const std::string closing = "</" + tag + ">";
     const std::string_view rest = line.substr(end + 1);
     if (!ends_with_ignoring_case(rest, closing))
@@ -72,7 +72,7 @@ class Reader {
   void read_root(std::string_view line) {
     m_opened = equal_ignoring_case(line, "<" + std::string(auto_root) + ">");
     if (m_opened) return;
-    problem("The first line must be <ferrowen>, not " + quoted(line));
+    problem("The first line must be <ferrowen>, not " + in_quotes(line));
     m_opened = m_closed = true;  // what follows is something else
   }
 
@@ -91,14 +91,14 @@ class Reader {
 
 std::string number_problem(const std::string& value) {
   const bool is_number = is_digits(value) && value.size() < 10 && lenient_whole_number(value) > 0;
-  return is_number ? "" : quoted(value) + " is not a number.";
+  return is_number ? "" : in_quotes(value) + " is not a number.";
 }
 
 std::string word_problem(const std::string& value, const std::vector<std::string_view>& words) {
   const bool known =
       std::any_of(words.begin(), words.end(), [&](std::string_view word) { return is_word(value, word); });
   if (known) return "";
-  std::string text = quoted(value) + " must be ";
+  std::string text = in_quotes(value) + " must be ";
   for (std::size_t i = 0; i < words.size(); ++i)
     text += (i == 0 ? "\"" : i + 1 == words.size() ? " or \"" : ", \"") + std::string(words[i]) + "\"";
   return text + ".";
@@ -106,12 +106,12 @@ std::string word_problem(const std::string& value, const std::vector<std::string
 
 std::string missing_problem(const std::string& value, const std::function<bool(const std::string&)>& exists,
                             std::string_view what) {
-  return !exists || exists(value) ? "" : std::string(what) + " " + quoted(value) + " is not there.";
+  return !exists || exists(value) ? "" : std::string(what) + " " + in_quotes(value) + " is not there.";
 }
 
 std::string map_id_problem(const std::string& value) {
   const bool right = value.size() == map_id_digits && is_digits(value) && lenient_whole_number(value) != 0;
-  return right ? "" : quoted(value) + " is no map ID: 8 digits are needed.";
+  return right ? "" : in_quotes(value) + " is no map ID: 8 digits are needed.";
 }
 
 std::string value_problem(const AutoSetting& setting, const AutoFacts& facts) {
@@ -129,7 +129,7 @@ std::string value_problem(const AutoSetting& setting, const AutoFacts& facts) {
     case AutoTagKind::fid:
       return is_word(value, "auto") || is_fid(value)
                  ? ""
-                 : quoted(value) + " is no family ID: a number from 1 to " + std::to_string(highest_fid) +
+                 : in_quotes(value) + " is no family ID: a number from 1 to " + std::to_string(highest_fid) +
                        ", or \"auto\".";
     case AutoTagKind::map_id:
       return map_id_problem(value);

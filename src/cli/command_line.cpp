@@ -92,6 +92,7 @@ constexpr const char* typ_footer = R"(Examples:
   ferrowen typ show mapnik65001.typ -o mapnik.txt     (in the code page of the file, for mkgmap)
   ferrowen typ show mapnik65001.typ --format csv
   ferrowen typ new mystyle --fid 1234 --complete -o mystyle.txt)";
+
 constexpr const char* gpx_footer =
     R"(Each route or track segment becomes a line of NAME.mp in the folder mps of the program folder.
 Types are hexadecimal numbers, written without 0x.
@@ -327,6 +328,8 @@ void add_typ(CLI::App& app, TypArguments& arguments) {
     command->group("Commands");
     command->footer(global_hint);
   }
+}
+
 CLI::App* add_converter(CLI::App& app, const std::string& name, const std::string& help,
                         const std::string& footer_text, ConvertArguments& arguments) {
   CLI::App* command = add_command(app, name, help, footer_text);

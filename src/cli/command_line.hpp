@@ -91,6 +91,8 @@ struct ScriptArguments {
   enum class Action : unsigned char { make, check };
   Action action = Action::make;
   std::string file;
+};
+
 struct DoctorArguments {
   std::string style;  // path of its folder, or its name in the styles folder
   std::optional<std::string> typ, kind;
@@ -106,6 +108,8 @@ struct TypArguments {
   std::string style;                                        // create
   std::optional<std::string> family_id;
   bool complete = false;
+};
+
 // What both converters to Polish MP take.
 struct ConvertArguments {
   std::vector<std::string> files;
@@ -126,9 +130,8 @@ struct CommandLine {
   GlobalOptions global;
   std::variant<SettingsArguments, SplitArguments, TilesArguments, BuildArguments, LanguageArguments,
                MapsArguments, UnusedMapsArguments, HgtArguments, ContoursArguments, UnzipArguments,
-               MergeArguments, RunArguments, ScriptArguments>
-               MapsArguments, UnusedMapsArguments, DoctorArguments, TypArguments>
-               MapsArguments, UnusedMapsArguments, GpxArguments, KmlArguments>
+               MergeArguments, RunArguments, ScriptArguments, DoctorArguments, TypArguments, GpxArguments,
+               KmlArguments>
       command;
 };
 

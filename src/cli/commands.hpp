@@ -18,7 +18,6 @@ ExitStatus run_command(Session& session, const HgtArguments& arguments);
 ExitStatus run_command(Session& session, const ContoursArguments& arguments);
 ExitStatus run_command(Session& session, const UnzipArguments& arguments);
 ExitStatus run_command(Session& session, const MergeArguments& arguments);
-
 ExitStatus run_command(Session& session, const RunArguments& arguments);
 ExitStatus run_command(Session& session, const ScriptArguments& arguments);
 ExitStatus run_command(Session& session, const DoctorArguments& arguments);

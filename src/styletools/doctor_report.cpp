@@ -18,7 +18,7 @@ std::string columns(const DoctorRow& row, std::string_view kind_text) {
   return row.marker + "\t" + std::string(kind_text) + "\t" + row.finding + "\t" + row.detail;
 }
 
-std::string quoted(std::string_view text) { return '"' + replace_all(text, "\"", "\"\"") + '"'; }
+std::string csv_field(std::string_view text) { return '"' + replace_all(text, "\"", "\"\"") + '"'; }
 
 std::string place_text(const DoctorRow& row) {
   if (row.file.empty()) return "";
@@ -95,13 +95,13 @@ std::string report_csv(const DoctorReport& report) {
     if (row.weight == Weight::heading) continue;
     const std::string cells[] = {std::string(check_name(row.check)),
                                  std::string(weight_name(row.weight)),
-                                 quoted(row.kind_text),
+                                 csv_field(row.kind_text),
                                  row.key,
-                                 quoted(row.file),
+                                 csv_field(row.file),
                                  row.line == 0 ? "" : std::to_string(row.line),
-                                 quoted(row.finding),
-                                 quoted(row.detail),
-                                 quoted(row.other_place)};
+                                 csv_field(row.finding),
+                                 csv_field(row.detail),
+                                 csv_field(row.other_place)};
     text += join_texts({std::begin(cells), std::end(cells)}, ",");
     text += crlf;
   }
