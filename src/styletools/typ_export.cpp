@@ -89,6 +89,7 @@ std::vector<std::string> editor_file_paths(const std::string& path) {
   const bool ended = ends_with_ignoring_case(path, editor_ending);
   const std::string base = ended ? path.substr(0, path.size() - editor_ending.size()) : path;
   std::vector<std::string> paths;
+  paths.reserve(rule_kinds.size());
   for (const RuleKind kind : rule_kinds)
     paths.push_back(base + "_" + std::string(rule_file_name(kind)) + std::string(editor_ending));
   return paths;

@@ -90,9 +90,10 @@ TypPicture point_picture(const TypDefinition& definition, TypLight light) {
   const std::optional<TypImage>& image = has_own_night ? definition.night_image : definition.day_image;
   if (!image) return {};
   TypPicture picture = empty_picture(image->width, image->height);
+  std::size_t at = 0;
   for (int row = 0; row < image->height; ++row)
     for (int column = 0; column < image->width; ++column) {
-      const std::uint16_t pixel = image->pixels[static_cast<std::size_t>(row * image->width + column)];
+      const std::uint16_t pixel = image->pixels[at++];
       if (pixel < image->colours.size()) set_pixel(picture, column, row, image->colours[pixel]);
     }
   return picture;

@@ -34,7 +34,7 @@ std::string with_definition(std::string_view hex, RuleKind kind, int code_page =
   set_number(bytes, starts.at(place), bytes.size(), 4);
   set_number(bytes, starts.at(place) + 4, definition.size(), 4);
   set_number(bytes, index_lengths.at(place), 3, 4);
-  set_number(bytes, 0x15, static_cast<unsigned long>(code_page), 2);
+  set_number(bytes, 0x15, static_cast<std::size_t>(code_page), 2);
   return bytes + definition;
 }
 

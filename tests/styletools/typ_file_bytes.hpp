@@ -38,7 +38,7 @@ inline std::string typ_file_bytes() {
       "00000000");
 }
 
-inline void set_number(std::string& bytes, std::size_t at, unsigned long value, int width) {
+inline void set_number(std::string& bytes, std::size_t at, std::size_t value, int width) {
   for (int index = 0; index < width; ++index)
     bytes[at + static_cast<std::size_t>(index)] = static_cast<char>(value >> (8 * index) & 0xFF);
 }
