@@ -43,13 +43,14 @@ bool is_printable(std::string_view text) {
 }
 
 // Text behind a batch "echo" that is printed as it is and never runs as code.
-std::string batch_echo_text(std::string_view text) {
+std::string batch_echo_text(std::string_view text, bool plain_brackets) {
+  const std::string_view special = plain_brackets ? "&|<>^" : "&|<>^()";
   std::string result;
   bool quoted_text = false;
   for (const char c : text) {
     if (c == '"') quoted_text = !quoted_text;
     if (c == '%') result += '%';
-    if (!quoted_text && contains("&|<>^()", std::string_view(&c, 1))) result += '^';
+    if (!quoted_text && contains(special, std::string_view(&c, 1))) result += '^';
     result += c;
   }
   return result;
@@ -64,7 +65,8 @@ std::string batch_echo_word(const std::string& word, std::string_view text) {
 }
 
 std::string echo_line(const step::Echo& echo, const std::string& text, Dialect dialect) {
-  if (dialect == Dialect::batch) return batch_echo_word(echo.word, text) + batch_echo_text(text) + '\n';
+  if (dialect == Dialect::batch)
+    return batch_echo_word(echo.word, text) + batch_echo_text(text, echo.plain_brackets) + '\n';
   return "printf '%s\\n' " + render_argument(quoted(text), dialect).value + '\n';
 }
 
@@ -84,8 +86,25 @@ Text render_step(const step::Echo& echo, Dialect dialect) {
 }
 
 Text render_step(const step::ChangeFolder& change, Dialect dialect) {
-  if (dialect == Dialect::batch) return path_line("cd /d ", change.folder, "\n", dialect);
+  if (dialect == Dialect::batch) return path_line(change.word, change.folder, "\n", dialect);
   return path_line("cd -- ", for_shell_cd(change.folder), " || exit 1\n", dialect);
+}
+
+// Unquoted, as people write it, where nothing in the name means anything to the interpreter.
+Text batch_named_folder(const step::NamedFolder& named) {
+  const Text path = render_path(named.folder, Dialect::batch);
+  if (!path.ok()) return path;
+  const std::string variable = named.variable + "=";
+  const bool plain = named.folder.find_first_of("&|<>^()%,;=!'`") == std::string::npos;
+  if (plain) return {"set " + variable + named.folder + "\ncd /d %" + named.variable + "%\n", ""};
+  const std::string value = path.value.substr(1);  // with its closing quote
+  return {"set \"" + variable + value + "\ncd /d \"%" + named.variable + "%\"\n", ""};
+}
+
+Text render_step(const step::NamedFolder& named, Dialect dialect) {
+  if (dialect == Dialect::batch) return batch_named_folder(named);
+  const std::string visit = "\ncd -- \"$" + named.variable + "\" || exit 1\n";
+  return path_line(named.variable + "=", for_shell_cd(named.folder), visit, dialect);
 }
 
 Text render_step(const step::Run& run, Dialect dialect) {
@@ -104,6 +123,36 @@ Text render_step(const step::Delete& removal, Dialect dialect) {
     return failed<std::string>("Cannot be deleted by a console script, it names more than one file: " +
                                removal.path);
   return path_line("del ", removal.path, "\n", dialect);
+}
+
+Text render_step(const step::DeleteEmpty& removal, Dialect dialect) {
+  const Text path = render_path(removal.path, dialect);
+  if (!path.ok()) return path;
+  if (dialect == Dialect::shell)
+    return {"if [ ! -s " + path.value + " ]; then rm -f -- " + path.value + "; fi\n", ""};
+  return {"for %%f in (" + path.value + ") do if \"%%~zf\"==\"0\" del " + path.value + "\n", ""};
+}
+
+Text render_step(const step::CollectNothing& /*begin*/, Dialect dialect) {
+  return lines(dialect == Dialect::batch ? "set collected=" : "set --");
+}
+
+Text render_step(const step::Collect& file, Dialect dialect) {
+  const Text path = render_path(file.path, dialect);
+  if (!path.ok()) return path;
+  if (dialect == Dialect::shell)
+    return {"if [ -s " + path.value + " ]; then set -- \"$@\" " + path.value + "; fi\n", ""};
+  return {"if exist " + path.value + " set collected=%collected% " + path.value + "\n", ""};
+}
+
+Text render_step(const step::RunWithCollected& run, Dialect dialect) {
+  const bool batch = dialect == Dialect::batch;
+  const Text whole = render_command(run.command, dialect);
+  const Text program = render_command({run.command.program, {}}, dialect);
+  if (!whole.ok()) return whole;
+  const std::string line =
+      program.value + (batch ? "%collected%" : " \"$@\"") + whole.value.substr(program.value.size());
+  return {(batch ? "if defined collected " + line : "if [ $# -gt 0 ]; then " + line + "; fi") + "\n", ""};
 }
 
 Text render_step(const step::Pause& pause, Dialect dialect) {
@@ -128,10 +177,11 @@ Text render_branch(const std::shared_ptr<const ConsoleScript>& branch, Dialect d
 bool is_one_line(std::string_view text) { return std::count(text.begin(), text.end(), '\n') == 1; }
 
 // Without a second branch a single command stands behind the test, as people write it; else in brackets.
-std::string join_batch_branches(const std::string& test, const std::string& then,
-                                const std::string& otherwise) {
+std::string join_batch_branches(const std::string& test, std::string then, const std::string& otherwise,
+                                bool else_behind_line) {
   if (otherwise.empty() && is_one_line(then)) return test + " " + then;
   if (otherwise.empty()) return test + " (\n" + then + ")\n";
+  if (else_behind_line) then.pop_back();
   return test + " (\n" + then + ") else (\n" + otherwise + ")\n";
 }
 
@@ -150,8 +200,8 @@ Text render_step(const step::IfExists& condition, Dialect dialect) {
   for (const Text* part : {&test, &then, &otherwise}) {
     if (!part->ok()) return *part;
   }
-  const auto join = batch ? join_batch_branches : join_shell_branches;
-  return {join(test.value, then.value, otherwise.value), ""};
+  if (!batch) return {join_shell_branches(test.value, then.value, otherwise.value), ""};
+  return {join_batch_branches(test.value, then.value, otherwise.value, condition.else_behind_line), ""};
 }
 
 Text render_steps(const ConsoleScript& script, Dialect dialect) {

@@ -20,10 +20,16 @@ struct Header {
 struct Echo {
   std::string word;
   std::string text;
-};  // word as the batch file spells it: "@echo ", "@echo. ", "echo "
+  bool plain_brackets = false;  // batch: stands in no branch, so brackets need no escape
+};                              // word as the batch file spells it: "@echo ", "@echo. ", "echo "
 struct ChangeFolder {
   std::string folder;
-};  // cd /d "..."; a shell stops when it is not there
+  std::string word = "cd /d ";  // as the batch file spells it
+};                              // cd /d "..."; a shell stops when it is not there
+struct NamedFolder {
+  std::string variable;
+  std::string folder;
+};  // set VARIABLE=folder, then cd /d %VARIABLE%; a shell stops when it is not there
 struct Run {
   Command command;
 };
@@ -35,10 +41,21 @@ struct IfExists {
   bool exists = true;  // false: if not exist
   std::shared_ptr<const ConsoleScript> then;
   std::shared_ptr<const ConsoleScript> otherwise;  // may be null
+  bool else_behind_line = false;                   // batch: ") else (" closes the last line of `then`
 };
 struct Delete {
   std::string path;
 };
+struct DeleteEmpty {
+  std::string path;
+};                         // a file without content: what a failed tool leaves behind
+struct CollectNothing {};  // begins the list of Collect anew
+struct Collect {
+  std::string path;
+};  // an existing file joins the list that RunWithCollected passes on
+struct RunWithCollected {
+  Command command;
+};  // the collected files stand behind the program, before its arguments; nothing runs without any
 struct Pause {
   std::string word = "pause";
 };  // waits for a key where a person can press one
@@ -48,8 +65,10 @@ struct Exit {
 };
 }  // namespace step
 
-using Step = std::variant<step::Header, step::Echo, step::ChangeFolder, step::Run, step::Lines,
-                          step::IfExists, step::Delete, step::Pause, step::Exit>;
+using Step =
+    std::variant<step::Header, step::Echo, step::ChangeFolder, step::Run, step::Lines, step::NamedFolder,
+                 step::IfExists, step::Delete, step::DeleteEmpty, step::CollectNothing, step::Collect,
+                 step::RunWithCollected, step::Pause, step::Exit>;
 
 class ConsoleScript {
  public:

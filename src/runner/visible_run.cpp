@@ -37,16 +37,16 @@ std::string script_seen_from(const std::string& folder, const std::string& scrip
   return same ? platform::join(".", platform::name_of(script)) : script;
 }
 
-void name_script(platform::ProcessRequest& request, const std::string& script) {
+void name_script(platform::ProcessRequest& request, const std::string& script, bool hidden) {
   std::string interpreter = platform::interpreter_title();
   if (interpreter.empty()) interpreter = "cmd.exe";
   request.command_line = "\"" + interpreter + "\" /d /v:off /e:on /s /c \"\"%" + script_variable + "%\"\"";
   request.environment.emplace_back(script_variable, script_seen_from(request.folder, script));
-  request.own_console = true;
+  request.own_console = !hidden;
   request.console_title = platform::interpreter_title();
 }
 #else
-void name_script(platform::ProcessRequest& request, const std::string& script) {
+void name_script(platform::ProcessRequest& request, const std::string& script, bool /*hidden*/) {
   request.program = "/bin/sh";
   request.arguments = {script};
 }
@@ -91,7 +91,7 @@ class VisibleRun {
     process.folder = m_request.folder;
     process.environment = m_request.environment;
     process.priority = m_request.priority;
-    name_script(process, platform::absolute(m_request.script_path));
+    name_script(process, platform::absolute(m_request.script_path), m_request.hidden);
     m_end.started = m_child.start(process) == platform::StartResult::started;
     if (!m_end.started) m_end.problem = m_request.script_path + ": " + m_child.error();
     m_started_at = Clock::now();

@@ -19,6 +19,7 @@ struct VisibleRunRequest {
   // run is removed first. Followed live when not empty.
   std::string error_file;
   std::vector<std::pair<std::string, std::string>> environment;
+  bool hidden = false;         // Windows: without a console window, its output is captured as elsewhere
   int priority = 0;            // -3 (lowest) to 3 (highest)
   std::function<void()> tick;  // called several times a second while the run lasts
   std::function<bool(const std::string&)>

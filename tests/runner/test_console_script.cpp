@@ -1,5 +1,7 @@
 #include <doctest/doctest.h>
 
+#include <tuple>
+
 #include <filesystem>
 #include <memory>
 #include <string>
@@ -91,4 +93,14 @@ TEST_CASE("batch files are written in the encoding of their shell") {
   script.add(step::Echo{"echo ", "\xE6\x97\xA5"});
   CHECK(contains(write_script(script, Dialect::batch, folder / "run.bat").error, "line 2"));
   CHECK_FALSE(write_script(script, Dialect::shell, folder / "missing/run.sh").ok());
+}
+
+TEST_CASE("a folder in a variable is quoted where its name means something to the interpreter") {
+  const std::tuple<const char*, const char*> rows[] = {
+      {"C:\\a b", "set V=C:\\a b\r\ncd /d %V%\r\n"},
+      {"C:\\a & b", "set \"V=C:\\a & b\"\r\ncd /d \"%V%\"\r\n"},
+      {"C:\\50% (x)", "set \"V=C:\\50%% (x)\"\r\ncd /d \"%V%\"\r\n"}};
+  for (const auto& [folder, text] : rows)
+    CHECK(render(ConsoleScript().add(step::NamedFolder{"V", folder}), Dialect::batch).value == text);
+  CHECK_FALSE(render(ConsoleScript().add(step::NamedFolder{"V", "a\"b"}), Dialect::batch).ok());
 }
