@@ -38,6 +38,17 @@ std::string first_program(std::initializer_list<const char*> names) {
   return "";
 }
 
+// The contour tool comes with the program.
+std::string own_contour_tool() {
+#ifdef _WIN32
+  const std::string name = "ferrowen-contours.exe";
+#else
+  const std::string name = "ferrowen-contours";
+#endif
+  std::string beside = platform::join(platform::folder_of(platform::executable_path()), name);
+  return file_exists(beside) ? beside : first_program({"ferrowen-contours"});
+}
+
 void fill(std::string& setting, const std::string& found) {
   if (setting.empty()) setting = found;
 }
@@ -50,7 +61,7 @@ void find_tools(Settings& settings) {
   if (settings.osmconvert.empty()) fill(settings.osmconvert, first_program({"osmconvert", "osmconvert64"}));
   if (settings.seven_zip.empty()) fill(settings.seven_zip, first_program({"7z", "7zz", "7za"}));
   if (settings.makensis.empty()) fill(settings.makensis, first_program({"makensis"}));
-  if (settings.contour_tool.empty()) fill(settings.contour_tool, first_program({"ferrowen-contours"}));
+  if (settings.contour_tool.empty()) fill(settings.contour_tool, own_contour_tool());
 }
 
 std::vector<std::pair<std::string, std::string>> tool_environment(const Settings& settings) {

@@ -37,6 +37,7 @@ struct Workspace {
 
   TileList tiles;  // of the split output folder, in the order of areas.list
   SplitState split_state = SplitState::unknown;
+  std::string land_list;               // names of all height cells with land; "" until it is needed
   bool saved_selection = false;        // the selection came from a saved argument file
   bool settings_were_damaged = false;  // found so at this start
   bool script_running = false;         // an automation script runs: no confirmations, no results told

@@ -4,6 +4,8 @@
 
 #include "base/files.hpp"
 #include "base/text.hpp"
+#include "elevation/contour_style.hpp"
+#include "elevation/height_cells.hpp"
 #include "elevation/hgt_coverage.hpp"
 #include "pipeline/build_plan.hpp"
 #include "pipeline/identifiers.hpp"
@@ -73,20 +75,6 @@ CheckResult ask_about_size(const Workspace& workspace, Prompts& prompts) {
                                std::string(page_name(Page::splitter)) + ", 'split if ' memory is small.\r\n" +
                                workspace.message(171);
   return prompts.ask(question) == Answer::yes ? CheckResult::go_on : CheckResult::stop;
-}
-
-CheckResult tell_missing_cells(const Workspace& workspace, Prompts& prompts) {
-  const std::string land_list = read_whole_file(workspace.path(file_name::land_cells));
-  const std::vector<std::string> folders = searched_hgt_folders(workspace.settings);
-  const std::vector<std::string> names = coverage_of_selection(workspace.tiles, land_list);
-  const CellFiles cells = find_cell_files(names, folders, CellFile::hgt);
-  const bool heights = std::any_of(folders.begin(), folders.end(), holds_heights);
-  if (names.empty() || cells.missing.empty() || !heights) return CheckResult::go_on;
-  if (cells.found.empty()) return stop(prompts, "No HGT!\r\n" + join_texts(cells.missing, crlf));
-  prompts.tell(std::to_string(cells.missing.size()) + " hgt file(s) not found.\r\nFolder: '" +
-                   join_texts(folders, "', '") + "'\r\n" + join_texts(cells.missing, crlf),
-               Icon::warning);
-  return CheckResult::go_on;
 }
 
 }  // namespace
@@ -193,7 +181,13 @@ CheckResult check_identity(Workspace& workspace, Prompts& prompts, Progress& pro
 CheckResult check_elevation(const Workspace& workspace, Prompts& prompts) {
   const Settings& settings = workspace.settings;
   if (settings.contours && workspace.tiles.empty()) return stop(prompts, workspace.message(239));
-  return settings.dem ? tell_missing_cells(workspace, prompts) : CheckResult::go_on;
+  if (settings.contours) {
+    check_contour_files(workspace, prompts);
+    if (!draws_contours(settings))
+      prompts.tell("The style '" + settings.style + "' has no rules for contour lines: none will be drawn.",
+                   Icon::warning);
+  }
+  return !settings.dem || check_dem_cells(workspace, prompts) ? CheckResult::go_on : CheckResult::stop;
 }
 
 CheckResult check_transparency(const Workspace& workspace, Prompts& prompts) {

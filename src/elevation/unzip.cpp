@@ -1,0 +1,199 @@
+#include "elevation/unzip.hpp"
+
+#include <algorithm>
+#include <map>
+#include <set>
+
+#include "base/files.hpp"
+#include "base/text.hpp"
+#include "elevation/height_cells.hpp"
+#include "elevation/tool_script.hpp"
+#include "elevation/zip_directory.hpp"
+#include "platform/files.hpp"
+#include "platform/paths.hpp"
+
+namespace ferrowen {
+
+namespace {
+
+constexpr int message_select = 20;
+constexpr int message_no_folder = 51;
+constexpr int message_no_files = 86;
+constexpr std::string_view archive_ending = ".zip";
+constexpr const char* nothing_unpacked = "Files were not unzippped";
+
+using Sizes =
+    std::map<std::string, std::set<std::uint64_t>>;  // name of an unpacked file -> sizes it may have
+
+struct Contents {
+  Sizes files;
+  std::uint64_t bytes = 0;
+  std::string problems;  // one line per archive that is refused
+};
+
+void add_archive(const std::string& folder, const std::string& archive, Contents& contents) {
+  FileSource source(platform::join(folder, archive));
+  const Result<std::vector<ArchiveItem>> entries = read_zip_directory(source);
+  std::string problem = entries.ok() ? "" : entries.error;
+  for (const ArchiveItem& entry : entries.value) {
+    if (problem.empty()) problem = zip_entry_problem(entry);
+    if (entry.is_folder) continue;
+    const std::string name = zip_base_name(entry.name);
+    if (problem.empty() && ends_with_ignoring_case(name, archive_ending))
+      problem = "'" + entry.name + "' is an archive itself";
+    contents.files[name].insert(entry.size);
+    contents.bytes += entry.size;
+  }
+  if (!problem.empty()) contents.problems.append(crlf).append(archive).append(" ").append(problem);
+}
+
+Contents contents_of(const std::string& folder, const std::vector<std::string>& archives) {
+  Contents contents;
+  for (const std::string& archive : archives)
+    add_archive(folder, archive, contents);
+  return contents;
+}
+
+class Unpacker {
+ public:
+  Unpacker(Workspace& workspace, Prompts& prompts, Progress& progress, std::string folder)
+      : m_workspace(workspace), m_prompts(prompts), m_progress(progress), m_folder(std::move(folder)) {}
+
+  UnzipReport unpack(const char* missing_tool) {
+    if (check_tool(missing_tool) && check_folder() && look_into_archives()) run();
+    return std::move(m_report);
+  }
+
+ private:
+  bool stop(const std::string& text, Icon icon = Icon::warning) {
+    m_prompts.tell(text, icon);
+    return false;
+  }
+
+  bool check_tool(const char* missing_tool) {
+    const std::string& tool = m_workspace.settings.seven_zip;
+    return (!tool.empty() && file_exists(tool) && !folder_exists(tool)) || stop(missing_tool);
+  }
+
+  bool check_folder() {
+    if (trim(m_folder).empty()) return stop(m_workspace.message(message_select));
+    m_folder = platform::absolute(std::string(trim(m_folder)));
+    if (!folder_exists(m_folder)) return stop(m_workspace.message(message_no_folder) + m_folder);
+    if (platform::folder_is_writable(m_folder)) return true;
+    return stop(m_folder + ": the folder cannot be written to", Icon::critical);
+  }
+
+  bool look_into_archives() {
+    const std::vector<std::string> archives = list_files(m_folder, {std::string(archive_ending)});
+    if (archives.empty()) return stop(m_workspace.message(message_no_files) + ": " + m_folder);
+    m_contents = contents_of(m_folder, archives);
+    if (!m_contents.problems.empty()) return stop("Not unzipped:" + m_contents.problems);
+    const std::optional<std::uint64_t> space = platform::free_space(m_folder);
+    if (space && *space < m_contents.bytes)
+      return stop("No space left: " + m_folder + " (" + std::to_string(m_contents.bytes) + " bytes needed)",
+                  Icon::critical);
+    return true;
+  }
+
+  void run() {
+    std::vector<std::string> paths;
+    for (const auto& [name, sizes] : m_contents.files)
+      paths.push_back(platform::join(m_folder, name));
+    ExpectedFiles results(paths);
+    Status ready = results.clear_the_way();
+    Result<ConsoleScript> console =
+        unzip_script(platform::short_path(m_workspace.settings.seven_zip), m_folder, native_dialect);
+    if (ready.ok()) ready.error = console.error;
+    Result<VisibleRunEnd> end{{}, ready.error};
+    if (ready.ok()) {
+      const std::string folder = m_workspace.folder.path();
+      const ToolScript script{std::move(console.value), platform::join(folder, script_name("zip")), folder,
+                              false, [&] { show_progress(results); }};
+      end = run_tool_script(m_workspace, m_prompts, m_progress, script);
+    }
+    const Result<std::vector<std::string>> bad =
+        results.settle([&](const std::string& path) { return is_whole(path); });
+    for (const std::string& error : {end.error, bad.error}) {
+      if (!error.empty()) m_prompts.tell(error, Icon::critical);
+    }
+    if (end.ok()) conclude(bad.value, end.value);
+  }
+
+  void show_progress(const ExpectedFiles& results) {
+    if (results.count() == 0) return;
+    m_progress.fraction(static_cast<double>(results.found()) / static_cast<double>(results.count()));
+  }
+
+  // The size is what the archive promised, and it is no link that was smuggled in.
+  bool is_whole(const std::string& path) {
+    const std::set<std::uint64_t>& sizes = m_contents.files.at(platform::name_of(path));
+    return file_exists(path) && !folder_exists(path) && !platform::is_link(path) &&
+           sizes.contains(file_size(path));
+  }
+
+  void conclude(const std::vector<std::string>& bad, const VisibleRunEnd& end) {
+    for (const auto& [name, sizes] : m_contents.files) {
+      if (std::find(bad.begin(), bad.end(), platform::join(m_folder, name)) == bad.end())
+        m_report.files.push_back(name);
+    }
+    const bool good = bad.empty() && !m_report.files.empty();
+    m_report.result = good ? StageResult::done : StageResult::failed;
+    if (end.cancelled) {
+      m_report.result = StageResult::cancelled;
+    } else if (good) {
+      m_prompts.tell("Successfully zipped:\r\n" + join_texts(m_report.files, crlf));
+    } else {
+      std::vector<std::string> names;
+      names.reserve(bad.size());
+      for (const std::string& path : bad)
+        names.push_back(platform::name_of(path));
+      m_prompts.tell(nothing_unpacked + std::string(crlf) + join_texts(names, crlf), Icon::critical);
+    }
+  }
+
+  Workspace& m_workspace;
+  Prompts& m_prompts;
+  Progress& m_progress;
+  std::string m_folder;
+  Contents m_contents;
+  UnzipReport m_report;
+};
+
+}  // namespace
+
+Result<ConsoleScript> unzip_script(const std::string& seven_zip, const std::string& folder, Dialect dialect) {
+  Result<ConsoleScript> console;
+  console.value.add(step::ChangeFolder{folder, " cd /d "});
+  // The archiver itself looks for the archives; files that are there are replaced without a question.
+  if (dialect == Dialect::shell) {
+    console.value.add(step::Run{{seven_zip, {word("e"), quoted("*.zip"), word("-y")}}});
+  } else {
+    const Result<std::string> program = render_command({seven_zip, {}}, dialect);
+    console.error = program.error;
+    console.value.add(step::Lines{program.value + " e *.zip -y"});
+  }
+  console.value.add(step::Pause{});
+  return console;
+}
+
+UnzipReport unzip(Workspace& workspace, Prompts& prompts, Progress& progress, const std::string& folder,
+                  const char* missing_tool) {
+  return Unpacker(workspace, prompts, progress, folder).unpack(missing_tool);
+}
+
+std::vector<std::string> archives_with_cells(const std::string& folder,
+                                             const std::vector<std::string>& cells) {
+  std::vector<std::string> found;
+  for (const std::string& archive : list_files(folder, {std::string(archive_ending)})) {
+    FileSource source(platform::join(folder, archive));
+    const Result<std::vector<ArchiveItem>> entries = read_zip_directory(source);
+    const bool useful =
+        std::any_of(entries.value.begin(), entries.value.end(), [&](const ArchiveItem& entry) {
+          return std::find(cells.begin(), cells.end(), cell_of_entry(entry)) != cells.end();
+        });
+    if (useful) found.push_back(archive);
+  }
+  return found;
+}
+
+}  // namespace ferrowen

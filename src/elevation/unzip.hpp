@@ -1,0 +1,34 @@
+// Unpacks all zip archives of a folder into it, with 7-Zip. Archives are looked into first: what leads out of
+// the folder, links, or holds heights of a wrong size is refused.
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "app/workspace.hpp"
+#include "base/prompts.hpp"
+#include "base/status.hpp"
+#include "pipeline/tiles/splitter.hpp"
+#include "runner/console_script.hpp"
+
+namespace ferrowen {
+
+inline constexpr const char* seven_zip_missing = "Cannot locate 7zip";
+inline constexpr const char* seven_zip_missing_for_contours = "Please locate 7z.exe  (Contours,Unzip)";
+
+Result<ConsoleScript> unzip_script(const std::string& seven_zip, const std::string& folder, Dialect dialect);
+
+struct UnzipReport {
+  StageResult result = StageResult::stopped;
+  std::vector<std::string> files;  // names of what was unpacked
+};
+// `missing_tool` is the message for a 7-Zip that is not there. Files of an earlier unpacking come back where
+// the new ones are not good.
+UnzipReport unzip(Workspace& workspace, Prompts& prompts, Progress& progress, const std::string& folder,
+                  const char* missing_tool = seven_zip_missing);
+
+// Names of the archives in a folder that hold heights of one of these cells, whatever the archive is called.
+std::vector<std::string> archives_with_cells(const std::string& folder,
+                                             const std::vector<std::string>& cells);
+
+}  // namespace ferrowen
