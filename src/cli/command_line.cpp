@@ -6,6 +6,7 @@
 
 #include "app/version.hpp"
 #include "base/text.hpp"
+#include "cli/elevation_line.hpp"
 #include "cli/near_names.hpp"
 
 namespace ferrowen {
@@ -248,6 +249,7 @@ struct Parser {
   LanguageArguments language;
   MapsArguments maps;
   UnusedMapsArguments unused_maps;
+  ElevationArguments elevation;
 
   Parser() {
     constexpr std::size_t column = 28;
@@ -264,6 +266,7 @@ struct Parser {
     add_tiles(app, tiles);
     add_build(app, build);
     add_maps(app, maps, unused_maps);
+    add_elevation(app, elevation, global_hint);
     add_language(app, language);
     app.require_subcommand(1);
     app.footer(main_footer);
@@ -278,6 +281,10 @@ struct Parser {
       return {global, maps};
     }
     if (app.got_subcommand("language")) return {global, language};
+    if (app.got_subcommand("hgt")) return {global, elevation.hgt};
+    if (app.got_subcommand("contours")) return {global, elevation.contours};
+    if (app.got_subcommand("unzip")) return {global, elevation.unzip};
+    if (app.got_subcommand("merge")) return {global, elevation.merge};
     return {global, build};
   }
 };

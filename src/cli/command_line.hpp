@@ -55,10 +55,39 @@ struct UnusedMapsArguments {
   std::optional<std::string> recover;
 };
 
+// For which tiles, and with which heights.
+struct AreaArguments {
+  std::optional<std::string> tiles, hgt;
+};
+
+struct HgtArguments {
+  AreaArguments area;
+};
+
+struct ContoursArguments {
+  enum class Action : unsigned char { make, clip };
+  Action action = Action::make;
+  AreaArguments area;
+  std::vector<std::string> cells;
+  std::optional<std::string> interval, tolerance;
+  bool overwrite = false;
+};
+
+struct UnzipArguments {
+  std::string folder;
+};
+
+struct MergeArguments {
+  std::vector<std::string> files;
+  std::string output;
+  std::optional<std::string> list;
+};
+
 struct CommandLine {
   GlobalOptions global;
   std::variant<SettingsArguments, SplitArguments, TilesArguments, BuildArguments, LanguageArguments,
-               MapsArguments, UnusedMapsArguments>
+               MapsArguments, UnusedMapsArguments, HgtArguments, ContoursArguments, UnzipArguments,
+               MergeArguments>
       command;
 };
 

@@ -14,5 +14,9 @@ ExitStatus run_command(Session& session, const BuildArguments& arguments);
 ExitStatus run_command(Session& session, const LanguageArguments& arguments);
 ExitStatus run_command(Session& session, const MapsArguments& arguments);
 ExitStatus run_command(Session& session, const UnusedMapsArguments& arguments);
+ExitStatus run_command(Session& session, const HgtArguments& arguments);
+ExitStatus run_command(Session& session, const ContoursArguments& arguments);
+ExitStatus run_command(Session& session, const UnzipArguments& arguments);
+ExitStatus run_command(Session& session, const MergeArguments& arguments);
 
 }  // namespace ferrowen

@@ -32,15 +32,6 @@ Status apply_contours(RunSettings& run, const std::optional<std::string>& contou
                       run.set("clip-contours", *contours == "clip" ? "1" : "0")});
 }
 
-// The folder takes the place of the one that is in use now.
-Status apply_hgt(RunSettings& run, const std::optional<std::string>& folder) {
-  if (!folder) return {};
-  const int stored = run.stored().hgt_slot;
-  const int slot = stored >= 0 && stored < hgt_folder_slots ? stored : 0;
-  return first_error({run.set("hgt-slot", std::to_string(slot)),
-                      override_path(run, "hgt-folder-" + std::to_string(slot + 1), folder)});
-}
-
 // A stored options text that is switched off stays out of the run.
 Status apply_option_lines(RunSettings& run, const std::vector<std::string>& lines) {
   if (lines.empty()) return {};
@@ -81,6 +72,14 @@ Status override_path(RunSettings& run, std::string_view name, const std::optiona
   return run.set(name, path->empty() ? "" : platform::absolute(*path));
 }
 
+Status override_hgt(RunSettings& run, const std::optional<std::string>& folder) {
+  if (!folder) return {};
+  const int stored = run.stored().hgt_slot;
+  const int slot = stored >= 0 && stored < hgt_folder_slots ? stored : 0;
+  return first_error({run.set("hgt-slot", std::to_string(slot)),
+                      override_path(run, "hgt-folder-" + std::to_string(slot + 1), folder)});
+}
+
 Status override_memory(RunSettings& run, const std::optional<std::string>& megabytes) {
   if (!megabytes) return {};
   if (is_digits(*megabytes)) return run.set("java-options", "-Xmx" + *megabytes + "m");
@@ -112,7 +111,7 @@ Status apply_options(Workspace& workspace, RunSettings& run, const BuildArgument
        override_path(run, "output-folder", arguments.output), override_memory(run, arguments.memory),
        override_text(run, "max-nodes", arguments.max_nodes), apply_outputs(run, arguments),
        arguments.dem ? run.set("dem", "1") : Status{}, apply_contours(run, arguments.contours),
-       apply_hgt(run, arguments.hgt), apply_option_lines(run, arguments.options)});
+       override_hgt(run, arguments.hgt), apply_option_lines(run, arguments.options)});
 }
 
 std::string with_option_lines(std::string_view options_text, const std::vector<std::string>& lines) {

@@ -13,6 +13,8 @@ namespace ferrowen {
 // Sets a field for this run when the option was given.
 Status override_text(RunSettings& run, std::string_view name, const std::optional<std::string>& value);
 Status override_path(RunSettings& run, std::string_view name, const std::optional<std::string>& path);
+// --hgt: the folder takes the place of the one that is in use now.
+Status override_hgt(RunSettings& run, const std::optional<std::string>& folder);
 // --memory: megabytes.
 Status override_memory(RunSettings& run, const std::optional<std::string>& megabytes);
 
