@@ -38,6 +38,7 @@ namespace ferrowen::ui {
 //   Check2 gmapsupp    upmaps register   Check4 max-jobs   Check5 pois-to-lines   rght drive on left
 //   transp transparent Check7 keep console  Check9 keep errors
 //   Text7              command, one option per line          Text10dos           output of the tools
+//   clip1tile          clips contours           Label23          what is clipped
 //   mf, mst, mlan      menus File, Settings, Language
 class f1 : public QMainWindow {
   Q_OBJECT
@@ -83,12 +84,14 @@ class f1 : public QMainWindow {
   QWidget* make_centre();
   QWidget* make_plot_page();
   QWidget* make_tabs();
+  QWidget* make_elevation();
   QWidget* make_options();
   QWidget* make_option_group(const char* title, const std::vector<std::array<const char*, 3>>& flags);
   QLabel* labelled(QWidget* control, std::string_view key);
   void make_menus();
   void fill_file_menu(QMenu* menu);
   void fill_settings_menu(QMenu* menu);
+  void fill_contour_menu(QMenu* menu);
   void fill_map_menu(QMenu* menu);
   void fill_tools_menu(QMenu* menu);
   void fill_help_menu(QMenu* menu);
@@ -130,6 +133,12 @@ class f1 : public QMainWindow {
   void restored(bool done);
   void show_settings_window(Page page = Page::map);
   void show_option_editor(bool splitter);
+  template <typename Window>
+  void show_tool();
+  void show_contour_folders();
+  void clip_contours();
+  void tell_missing_hgt_folder();
+  void show_heights();
   void edit_text(const QString& path);
   void view_text(const QString& path);
   void choose_language(const QString& file);
@@ -168,7 +177,9 @@ class f1 : public QMainWindow {
   QPushButton* m_stop = nullptr;
   QPushButton* m_open_folder = nullptr;
   QStackedWidget* m_stack = nullptr;
+  QLabel* m_clip_label = nullptr;
   TilePlot* m_plot = nullptr;
+  HeightLayer* m_heights = nullptr;  // belongs to the plot
   ToolsPage* m_tools_page = nullptr;
   QTabWidget* m_tabs = nullptr;
   QPlainTextEdit* m_command = nullptr;

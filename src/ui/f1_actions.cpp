@@ -11,6 +11,9 @@
 #include "app/tool_query.hpp"
 #include "base/files.hpp"
 #include "base/text.hpp"
+#include "elevation/contour_clip.hpp"
+#include "elevation/height_cells.hpp"
+#include "elevation/hgt_coverage.hpp"
 #include "pipeline/build.hpp"
 #include "pipeline/identifiers.hpp"
 #include "pipeline/previous_map.hpp"
@@ -228,6 +231,48 @@ void f1::show_option_editor(bool splitter) {
   option_editor window(m_workspace, *m_prompts, *m_progress, splitter ? Tool::splitter : Tool::mkgmap, this);
   window.exec();
   show_record();
+}
+
+// Without a selection the whole map is meant, as in a build.
+void f1::clip_contours() {
+  const TileList chosen = m_workspace.tiles;
+  const bool all = selected_count(chosen) == 0;
+  for (Tile& tile : m_workspace.tiles)
+    tile.selected = tile.selected || all;
+  m_progress->begin();
+  m_tabs->setCurrentWidget(m_console);
+  m_clip_label->setText(QStringLiteral("Clipping"));
+  const ClipReport report = ferrowen::clip(m_workspace, *m_prompts, *m_progress);
+  m_workspace.tiles = chosen;
+  show_outcome(report.result, "stopped");
+  show_heights();
+  if (report.step == ClipStep::locate_osmconvert) show_contour_folders();
+}
+
+void f1::tell_missing_hgt_folder() {
+  if (!take_settings() || !m_workspace.settings.dem) return;
+  if (!folder_exists(current_hgt_folder(m_workspace.settings)))
+    m_prompts->tell("Please locate hgt folder for DEM", Icon::warning);
+}
+
+// The cells lie under the tiles as long as they matter to the map.
+void f1::show_heights() {
+  if (m_busy && m_workspace.splitting) return;
+  const auto ticked = [this](const char* field) {
+    return qobject_cast<QCheckBox*>(m_form->control(field))->isChecked();
+  };
+  const bool wanted = ticked("dem") || ticked("contours");
+  m_heights->set_cells(wanted ? cells_of_area(m_workspace, *m_prompts) : std::vector<AreaCell>{});
+  m_plot->refresh_layers();
+  QString text;
+  if (ticked("contours") && ticked("clip-contours")) {
+    const CellFiles clips =
+        find_cell_files(needed_cells(m_workspace, *m_prompts), current_clip_folder(m_workspace.settings),
+                        CellFile::clipped_contours);
+    text = to_qt(m_workspace.message(244)) +
+           QStringLiteral(": %1/%2").arg(clips.found.size()).arg(clips.found.size() + clips.missing.size());
+  }
+  m_clip_label->setText(text);
 }
 
 void f1::edit_text(const QString& path) {

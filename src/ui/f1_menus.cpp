@@ -16,11 +16,24 @@
 #include "pipeline/previous_map.hpp"
 #include "pipeline/tiles/last_split.hpp"
 #include "ui/about_box.hpp"
+#include "ui/contours.hpp"
+#include "ui/editcontours.hpp"
 #include "ui/f1.hpp"
+#include "ui/merge.hpp"
 #include "ui/qt_text.hpp"
 #include "ui/tag_keys.hpp"
+#include "ui/unzip.hpp"
 
 namespace ferrowen::ui {
+
+// The tools work on the record and the selection as they stand now.
+template <typename Window>
+void f1::show_tool() {
+  if (!take_settings()) return;
+  Window(m_workspace, *m_prompts, this).exec();
+  show_record();
+  show_heights();
+}
 
 QAction* f1::entry(QMenu* menu, const char* key, const Work& work, const QKeySequence& shortcut) {
   QAction* action = menu->addAction(QString());
@@ -47,7 +60,7 @@ void f1::make_menus() {
   };
   fill_file_menu(menu("mf"));
   fill_settings_menu(menu("mst"));
-  stage_entry(menu("mcontours"), "mcontours_settings", [this] { show_settings_window(Page::elevation); });
+  fill_contour_menu(menu("mcontours"));
   fill_map_menu(menu("mmaps"));
   fill_tools_menu(menu("mtools"));
   m_languages = menu("mlan");
@@ -118,6 +131,19 @@ void f1::fill_settings_menu(QMenu* menu) {
   });
   stage_entry(menu, "mst_restore", [this] { restored(restore_settings(m_workspace, *m_prompts)); });
   stage_entry(menu, "mst_reset", [this] { restored(reset_settings(m_workspace, *m_prompts)); });
+}
+
+void f1::show_contour_folders() { show_tool<contours>(); }
+
+void f1::fill_contour_menu(QMenu* menu) {
+  stage_entry(menu, "mcontours_settings", [this] { show_settings_window(Page::elevation); });
+  stage_entry(menu, "mcontours_folders", [this] { show_contour_folders(); });
+  menu->addSeparator();
+  stage_entry(menu, "mcontours_make", [this] { show_tool<editcontours>(); });
+  stage_entry(menu, "mcontours_clip", [this] { clip_contours(); });
+  menu->addSeparator();
+  stage_entry(menu, "mcontours_unzip", [this] { show_tool<unzip>(); });
+  stage_entry(menu, "mcontours_merge", [this] { show_tool<merge>(); });
 }
 
 void f1::fill_map_menu(QMenu* menu) {
