@@ -14,8 +14,11 @@
 
 #include "app/language_file.hpp"
 #include "ui/about_box.hpp"
+#include "ui/contours.hpp"
+#include "ui/editcontours.hpp"
 #include "ui/f1.hpp"
 #include "ui/installed_maps_list.hpp"
+#include "ui/merge.hpp"
 #include "ui/option_editor.hpp"
 #include "ui/qt_text.hpp"
 #include "ui/settings.hpp"
@@ -23,6 +26,7 @@
 #include "ui/tag_keys.hpp"
 #include "ui/theme.hpp"
 #include "ui/tools_page.hpp"
+#include "ui/unzip.hpp"
 #include "ui/window_session.hpp"
 
 namespace {
@@ -117,6 +121,14 @@ void take_dialogs(ui::f1& window, ui::WindowSession& session, Camera& camera) {
   ui::surplus unused(workspace, prompts, progress, &window);
   press(unused, "surplus_search");
   camera.take_dialog(unused, QStringLiteral("unused-maps"));
+  ui::contours contours(workspace, prompts, &window);
+  camera.take_dialog(contours, QStringLiteral("contours"));
+  ui::editcontours editcontours(workspace, prompts, &window);
+  camera.take_dialog(editcontours, QStringLiteral("editcontours"));
+  ui::unzip unzip(workspace, prompts, &window);
+  camera.take_dialog(unzip, QStringLiteral("unzip"));
+  ui::merge merge(workspace, prompts, &window);
+  camera.take_dialog(merge, QStringLiteral("merge"));
   ui::about_box about(workspace, &window);
   camera.take_dialog(about, QStringLiteral("about"));
 }

@@ -111,7 +111,8 @@ std::string script_caption(const std::string& path, bool changed) {
 std::string save_script(const Workspace& workspace, Prompts& prompts, const std::string& proposal,
                         std::string_view text) {
   const std::string pattern = "*" + std::string(auto_ending);
-  std::optional<std::string> path = prompts.choose_file({"", {{"Automate Files ", pattern}}, proposal, true});
+  std::optional<std::string> path =
+      prompts.choose_file({"", {{"Automate Files ", pattern}}, proposal, true, false});
   if (!path || path->empty()) return "";
   if (!ends_with_ignoring_case(*path, auto_ending)) *path += auto_ending;
   if (file_exists(*path) && *path != proposal &&

@@ -162,6 +162,8 @@ class Run {
       stage("contours", [&] { return contours(); });
       if (m_workspace.settings.clip_contours) stage("clip", [&] { return clip_all(); });
     }
+    if (m_report.result == StageResult::done && m_progress.stop_requested())
+      m_report.result = StageResult::cancelled;
     if (m_report.result == StageResult::done) build();
   }
 

@@ -24,6 +24,7 @@ struct FileQuestion {
   std::vector<FileFilter> filters;
   std::string proposal;  // name or path offered first
   bool save = false;     // a name to write to, instead of an existing file
+  bool confirms = true;  // the dialog itself asks before an existing file is chosen to write to
 };
 
 class Prompts {

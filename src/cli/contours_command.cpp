@@ -75,7 +75,7 @@ ExitStatus make(Session& session, const ContoursArguments& arguments) {
       return session.fail("Please SPLIT file to obtain hgt files needed.", ExitStatus::stopped);
     if (!take_needed_cells(session, request)) return ExitStatus::done;
   }
-  const ContourReport report = make_contours(workspace, session.prompts, session.progress, request);
+  const ContourOutcome report = make_contours(workspace, session.prompts, session.progress, request);
   session.json["files"] = report.files;
   session.json["failed"] = report.failed;
   session.json["seconds"] = report.seconds;

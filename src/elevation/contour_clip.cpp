@@ -111,6 +111,7 @@ class Clipper {
 
   void tell_missing(const std::vector<std::string>& names) {
     std::vector<std::string> files;
+    files.reserve(names.size());
     for (const std::string& name : names)
       files.push_back(platform::join(current_hgt_folder(m_workspace.settings),
                                      replace_all(name, ".hgt", contour_ending)));
@@ -204,10 +205,9 @@ SelectionBox selection_box(const TileList& tiles) {
 }
 
 std::string polygon_text(const SelectionBox& box) {
-  const std::string text = "area\r\n1\r\n" + point_line(box.xmin, box.ymin) + point_line(box.xmin, box.ymax) +
-                           point_line(box.xmax, box.ymax) + point_line(box.xmax, box.ymin) +
-                           point_line(box.xmin, box.ymin) + "END\r\nEND\r\n";
-  return text;
+  return "area\r\n1\r\n" + point_line(box.xmin, box.ymin) + point_line(box.xmin, box.ymax) +
+         point_line(box.xmax, box.ymax) + point_line(box.xmax, box.ymin) + point_line(box.xmin, box.ymin) +
+         "END\r\nEND\r\n";
 }
 
 std::string box_text(const SelectionBox& box) {

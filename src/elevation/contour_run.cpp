@@ -42,7 +42,7 @@ class Maker {
   Maker(Workspace& workspace, Prompts& prompts, Progress& progress, const ContourRequest& request)
       : m_workspace(workspace), m_prompts(prompts), m_progress(progress), m_request(request) {}
 
-  ContourReport make() {
+  ContourOutcome make() {
     if (check_tool() && check_numbers() && collect() && find_files() && check_files()) run();
     return std::move(m_report);
   }
@@ -97,7 +97,7 @@ class Maker {
     std::string damaged;
     for (const std::string& file : m_found) {
       const std::string problem = height_file_problem(file, cell_of_file(platform::name_of(file)));
-      if (!problem.empty()) damaged += file + " " + problem + std::string(crlf);
+      if (!problem.empty()) damaged.append(file).append(" ").append(problem).append(crlf);
     }
     if (!damaged.empty()) warn(m_prompts, damaged);
     return damaged.empty() && copy_when_wanted() && check_folders() && check_existing();
@@ -165,10 +165,19 @@ class Maker {
     Result<VisibleRunEnd> end{{}, ready.error};
     if (ready.ok()) end = run_tool_script(m_workspace, m_prompts, m_progress, script);
     const Result<std::vector<std::string>> bad = results.settle(is_complete_contour_file);
+    remove_beginnings(bad.value);
     for (const std::string& error : {end.error, bad.error}) {
       if (!error.empty()) m_prompts.tell(error, Icon::critical);
     }
     if (end.ok()) conclude(expected, bad.value, end.value);
+  }
+
+  // The tool writes to a neighbour file first; one that was killed leaves it behind.
+  void remove_beginnings(const std::vector<std::string>& paths) {
+    for (const std::string& path : paths) {
+      if (const Status removed = remove_file(path + ".new"); !removed.ok())
+        m_prompts.tell(removed.error, Icon::warning);
+    }
   }
 
   // The time is shown by the run itself.
@@ -199,14 +208,14 @@ class Maker {
   Prompts& m_prompts;
   Progress& m_progress;
   const ContourRequest& m_request;
-  ContourReport m_report;
+  ContourOutcome m_report;
   std::vector<std::string> m_listed, m_found;
 };
 
 }  // namespace
 
-ContourReport make_contours(Workspace& workspace, Prompts& prompts, Progress& progress,
-                            const ContourRequest& request) {
+ContourOutcome make_contours(Workspace& workspace, Prompts& prompts, Progress& progress,
+                             const ContourRequest& request) {
   return Maker(workspace, prompts, progress, request).make();
 }
 

@@ -20,7 +20,7 @@ struct ContourRequest {
   bool pause = false;                // the console stays open at the end
 };
 
-struct ContourReport {
+struct ContourOutcome {
   StageResult result = StageResult::stopped;
   std::vector<std::string> files;   // contour files that were made
   std::vector<std::string> failed;  // expected and not good
@@ -29,8 +29,8 @@ struct ContourReport {
 
 // Checks, tells the summary, writes contours.cmd, runs it and follows it. Contours that were there before
 // come back when their new ones are not good.
-ContourReport make_contours(Workspace& workspace, Prompts& prompts, Progress& progress,
-                            const ContourRequest& request);
+ContourOutcome make_contours(Workspace& workspace, Prompts& prompts, Progress& progress,
+                             const ContourRequest& request);
 
 // Progress of a run: how many of the expected files are there, and the status text that tells it.
 struct ContourProgress {

@@ -47,7 +47,7 @@ std::string output_name(const std::string& height_file, Dialect dialect) {
   return dialect == Dialect::batch ? upper_ascii(name) : name;
 }
 
-Result<std::string> tool_line(const ContourScript& script, const ContourJob& job, Dialect dialect) {
+Result<std::string> tool_line(const ContourScript& script, const ScriptedCell& job, Dialect dialect) {
   const std::string cell = upper_ascii(platform::name_of(job.height_file));
   const long latitude = degrees(cell.substr(1, 2), cell[0], 'S');
   const long longitude = degrees(cell.substr(4, 3), cell[3], 'W');
@@ -103,7 +103,7 @@ std::string contour_file_name(std::string_view height_file) {
 
 Result<ConsoleScript> contour_script(const ContourScript& script, Dialect dialect) {
   Result<ConsoleScript> console;
-  for (const ContourJob& job : script.jobs) {
+  for (const ScriptedCell& job : script.jobs) {
     const Result<std::string> line = tool_line(script, job, dialect);
     if (!line.ok()) return failed<ConsoleScript>(line.error);
     console.value.add(step::NamedFolder{std::string(folder_variable), platform::folder_of(job.height_file)})

@@ -31,7 +31,7 @@ std::string contour_summary(std::string_view option_text, double tolerance, std:
 // it.
 std::string contour_file_name(std::string_view height_file);
 
-struct ContourJob {
+struct ScriptedCell {
   std::string height_file;  // full path, the file exists
 };
 
@@ -40,7 +40,7 @@ struct ContourScript {
   std::string option_text;
   bool overwrite = false;
   bool pause = false;
-  std::vector<ContourJob> jobs;
+  std::vector<ScriptedCell> jobs;
 };
 // One call of the tool per job, each in the folder of its height file. The tool takes the longitude as --Lat
 // and the latitude as --Lon.

@@ -26,9 +26,9 @@ std::vector<std::string_view> regions_of(std::string_view region) {
   return {region};
 }
 
-bool holds_cells(const std::vector<ZipEntry>& entries) {
+bool holds_cells(const std::vector<ArchiveItem>& entries) {
   return std::any_of(entries.begin(), entries.end(),
-                     [](const ZipEntry& entry) { return !cell_of_entry(entry).empty(); });
+                     [](const ArchiveItem& entry) { return !cell_of_entry(entry).empty(); });
 }
 
 // The name that a download gets in the folder, "" when it is nothing of use.
@@ -41,11 +41,11 @@ Result<std::string> name_of_download(const std::string& path) {
   }
   if (!ends_with_ignoring_case(name, ".zip")) return failed<std::string>(name + " is neither .hgt nor .zip");
   FileSource source(path);
-  const Result<std::vector<ZipEntry>> entries = read_zip_directory(source);
+  const Result<std::vector<ArchiveItem>> entries = read_zip_directory(source);
   if (!entries.ok()) return failed<std::string>(name + " " + entries.error);
-  for (const ZipEntry& entry : entries.value) {
+  for (const ArchiveItem& entry : entries.value) {
     if (const std::string problem = zip_entry_problem(entry); !problem.empty())
-      return failed<std::string>(name + ": " + problem);
+      return failed<std::string>(std::string(name).append(": ").append(problem));
   }
   if (!holds_cells(entries.value)) return failed<std::string>(name + " holds no .hgt files.");
   return {name.substr(0, name.size() - 4) + ".zip", ""};

@@ -27,9 +27,9 @@ std::string wrong_size(std::uint64_t size) {
 std::string zipped_problem(const std::string& path, const std::string& cell_name) {
   FileSource source(path);
   if (!source.is_open()) return "cannot be read.";
-  const Result<std::vector<ZipEntry>> entries = read_zip_directory(source);
+  const Result<std::vector<ArchiveItem>> entries = read_zip_directory(source);
   if (!entries.ok()) return entries.error;
-  for (const ZipEntry& entry : entries.value) {
+  for (const ArchiveItem& entry : entries.value) {
     if (zip_base_name(entry.name) != cell_name) continue;
     return is_height_size(entry.size) ? ""
                                       : "is a zip archive whose " + cell_name + " " + wrong_size(entry.size);

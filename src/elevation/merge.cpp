@@ -59,12 +59,12 @@ void add_joining(const MergeScript& script, ConsoleScript& console) {
 
 class Merger {
  public:
-  Merger(Workspace& workspace, Prompts& prompts, Progress& progress, const std::vector<std::string>& files,
+  Merger(Workspace& workspace, Prompts& prompts, Progress& progress, std::vector<std::string> files,
          std::string target)
       : m_workspace(workspace),
         m_prompts(prompts),
         m_progress(progress),
-        m_files(files),
+        m_files(std::move(files)),
         m_target(std::move(target)) {}
 
   MergeReport merge() {

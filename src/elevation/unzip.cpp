@@ -33,9 +33,9 @@ struct Contents {
 
 void add_archive(const std::string& folder, const std::string& archive, Contents& contents) {
   FileSource source(platform::join(folder, archive));
-  const Result<std::vector<ZipEntry>> entries = read_zip_directory(source);
+  const Result<std::vector<ArchiveItem>> entries = read_zip_directory(source);
   std::string problem = entries.ok() ? "" : entries.error;
-  for (const ZipEntry& entry : entries.value) {
+  for (const ArchiveItem& entry : entries.value) {
     if (problem.empty()) problem = zip_entry_problem(entry);
     if (entry.is_folder) continue;
     const std::string name = zip_base_name(entry.name);
@@ -56,8 +56,8 @@ Contents contents_of(const std::string& folder, const std::vector<std::string>& 
 
 class Unpacker {
  public:
-  Unpacker(Workspace& workspace, Prompts& prompts, Progress& progress, const std::string& folder)
-      : m_workspace(workspace), m_prompts(prompts), m_progress(progress), m_folder(folder) {}
+  Unpacker(Workspace& workspace, Prompts& prompts, Progress& progress, std::string folder)
+      : m_workspace(workspace), m_prompts(prompts), m_progress(progress), m_folder(std::move(folder)) {}
 
   UnzipReport unpack(const char* missing_tool) {
     if (check_tool(missing_tool) && check_folder() && look_into_archives()) run();
@@ -144,6 +144,7 @@ class Unpacker {
       m_prompts.tell("Successfully zipped:\r\n" + join_texts(m_report.files, crlf));
     } else {
       std::vector<std::string> names;
+      names.reserve(bad.size());
       for (const std::string& path : bad)
         names.push_back(platform::name_of(path));
       m_prompts.tell(nothing_unpacked + std::string(crlf) + join_texts(names, crlf), Icon::critical);
@@ -185,10 +186,11 @@ std::vector<std::string> archives_with_cells(const std::string& folder,
   std::vector<std::string> found;
   for (const std::string& archive : list_files(folder, {std::string(archive_ending)})) {
     FileSource source(platform::join(folder, archive));
-    const Result<std::vector<ZipEntry>> entries = read_zip_directory(source);
-    const bool useful = std::any_of(entries.value.begin(), entries.value.end(), [&](const ZipEntry& entry) {
-      return std::find(cells.begin(), cells.end(), cell_of_entry(entry)) != cells.end();
-    });
+    const Result<std::vector<ArchiveItem>> entries = read_zip_directory(source);
+    const bool useful =
+        std::any_of(entries.value.begin(), entries.value.end(), [&](const ArchiveItem& entry) {
+          return std::find(cells.begin(), cells.end(), cell_of_entry(entry)) != cells.end();
+        });
     if (useful) found.push_back(archive);
   }
   return found;

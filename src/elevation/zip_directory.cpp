@@ -22,7 +22,7 @@ constexpr unsigned link_kind = 0xA000;
 constexpr std::string_view end_mark = "PK\5\6";
 constexpr std::string_view header_mark = "PK\1\2";
 
-using Entries = Result<std::vector<ZipEntry>>;
+using Entries = Result<std::vector<ArchiveItem>>;
 
 // Little-endian number of `width` bytes; beyond the end of the bytes it reads 0.
 std::uint64_t number_at(std::string_view bytes, std::size_t at, std::size_t width) {
@@ -43,8 +43,8 @@ std::uint64_t zip64_size(std::string_view extra) {
   return in_zip64_field;
 }
 
-ZipEntry entry_at(std::string_view header, std::size_t name_size, std::size_t extra_size) {
-  ZipEntry entry;
+ArchiveItem entry_at(std::string_view header, std::size_t name_size, std::size_t extra_size) {
+  ArchiveItem entry;
   entry.name = header.substr(header_size, name_size);
   entry.size = number_at(header, 24, 4);
   if (entry.size == in_zip64_field)
@@ -67,7 +67,8 @@ Entries entries_of(std::string_view directory, std::uint64_t count) {
     entries.value.push_back(entry_at(directory.substr(0, whole), name_size, extra_size));
     directory.remove_prefix(whole);
   }
-  if (entries.value.size() != count) return failed<std::vector<ZipEntry>>("has a damaged list of contents.");
+  if (entries.value.size() != count)
+    return failed<std::vector<ArchiveItem>>("has a damaged list of contents.");
   return entries;
 }
 
@@ -86,15 +87,15 @@ Entries read_zip_directory(ByteSource& source) {
   const std::string tail = source.read(size - tail_size, static_cast<std::size_t>(tail_size));
   const std::size_t at = tail.rfind(end_mark);
   if (at == std::string::npos || tail.size() - at < end_record_size)
-    return failed<std::vector<ZipEntry>>("is no complete zip archive.");
+    return failed<std::vector<ArchiveItem>>("is no complete zip archive.");
   const std::string_view end = std::string_view(tail).substr(at);
   if (end.size() < end_record_size + number_at(end, 20, 2))
-    return failed<std::vector<ZipEntry>>("is no complete zip archive.");
+    return failed<std::vector<ArchiveItem>>("is no complete zip archive.");
   const std::uint64_t length = number_at(end, 12, 4);
   const std::uint64_t start = number_at(end, 16, 4);
   const std::uint64_t end_place = size - tail_size + at;
   if (length > largest_directory || start + length > end_place)
-    return failed<std::vector<ZipEntry>>(
+    return failed<std::vector<ArchiveItem>>(
         "has a damaged list of contents, or is too large to be unpacked here.");
   return entries_of(source.read(start, static_cast<std::size_t>(length)), number_at(end, 10, 2));
 }
@@ -103,12 +104,12 @@ std::string zip_base_name(std::string_view name) {
   return std::string(name.substr(name.find_last_of("/\\") + 1));
 }
 
-std::string cell_of_entry(const ZipEntry& entry) {
+std::string cell_of_entry(const ArchiveItem& entry) {
   const std::string base = zip_base_name(entry.name);
   return !entry.is_folder && ends_with_ignoring_case(base, ".hgt") ? cell_of_file(base) : "";
 }
 
-std::string zip_entry_problem(const ZipEntry& entry) {
+std::string zip_entry_problem(const ArchiveItem& entry) {
   const std::string quoted_name = "'" + entry.name + "'";
   if (leads_out(entry.name)) return quoted_name + " leads out of the folder";
   if (entry.is_link) return quoted_name + " is a link";

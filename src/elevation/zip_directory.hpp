@@ -12,7 +12,7 @@
 
 namespace ferrowen {
 
-struct ZipEntry {
+struct ArchiveItem {
   std::string name;        // as stored, folders included
   std::uint64_t size = 0;  // unpacked
   bool is_folder = false;
@@ -21,14 +21,14 @@ struct ZipEntry {
 };
 
 // The error is the end of a sentence that begins with the archive's name.
-Result<std::vector<ZipEntry>> read_zip_directory(ByteSource& source);
+Result<std::vector<ArchiveItem>> read_zip_directory(ByteSource& source);
 
 // Name behind the last separator of either kind.
 std::string zip_base_name(std::string_view name);
 // "N46W007.hgt" when the entry holds the heights of that cell, "" otherwise.
-std::string cell_of_entry(const ZipEntry& entry);
+std::string cell_of_entry(const ArchiveItem& entry);
 // Why an archive with this entry is not to be unpacked; "" when nothing speaks against it: a name that leads
 // out of the folder, a link, a password, heights of a wrong size.
-std::string zip_entry_problem(const ZipEntry& entry);
+std::string zip_entry_problem(const ArchiveItem& entry);
 
 }  // namespace ferrowen

@@ -52,6 +52,9 @@ f1::f1(Workspace& workspace, Prompts* prompts)
     open_input(to_qt(m_workspace.path(file_name::sample_map)));
   });
   connect(m_tools_page, &ToolsPage::closed, this, [this] { m_stack->setCurrentIndex(0); });
+  auto heights = std::make_unique<HeightLayer>();
+  m_heights = heights.get();
+  m_plot->add_layer(std::move(heights));
   m_plot->add_layer(std::make_unique<GridLayer>());
   show_record();
   resize(first_size);
@@ -139,6 +142,7 @@ void f1::show_empty_text() {
 void f1::show_selection() {
   show_empty_text();
   m_tiles_label->setText(to_qt(tile_list_label(m_workspace.tiles, m_workspace.texts)));
+  show_heights();
 }
 
 void f1::take_selection() {

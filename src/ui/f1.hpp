@@ -39,6 +39,7 @@ namespace ferrowen::ui {
 //   Check2 gmapsupp    upmaps register   Check4 max-jobs   Check5 pois-to-lines   rght drive on left
 //   transp transparent Check7 keep console  Check9 keep errors
 //   Text7              command, one option per line          Text10dos           output of the tools
+//   clip1tile          clips contours           Label23          what is clipped
 //   mf, mst, mlan      menus File, Settings, Language
 class f1 : public QMainWindow {
   Q_OBJECT
@@ -84,6 +85,7 @@ class f1 : public QMainWindow {
   QWidget* make_centre();
   QWidget* make_plot_page();
   QWidget* make_tabs();
+  QWidget* make_elevation();
   QWidget* make_options();
   void add_target_buttons(QWidget* box);
   QWidget* make_option_group(const char* title, const std::vector<std::array<const char*, 3>>& flags);
@@ -91,6 +93,7 @@ class f1 : public QMainWindow {
   void make_menus();
   void fill_file_menu(QMenu* menu);
   void fill_settings_menu(QMenu* menu);
+  void fill_contour_menu(QMenu* menu);
   void fill_map_menu(QMenu* menu);
   void fill_tools_menu(QMenu* menu);
   void fill_help_menu(QMenu* menu);
@@ -124,6 +127,8 @@ class f1 : public QMainWindow {
   void split_map();
   void create_map();
   BuildReport create_map_stage();
+  void show_scripts();
+  void start_script(const QString& path);
   void draw_fid();
   void input_edited();
   void load_selection();
@@ -134,6 +139,12 @@ class f1 : public QMainWindow {
   void show_option_editor(bool splitter);
   template <typename Converter>
   void show_converter();
+  template <typename Window>
+  void show_tool();
+  void show_contour_folders();
+  void clip_contours();
+  void tell_missing_hgt_folder();
+  void show_heights();
   void edit_text(const QString& path);
   void view_text(const QString& path);
   void choose_language(const QString& file);
@@ -182,7 +193,9 @@ class f1 : public QMainWindow {
   QPushButton* m_image_place = nullptr;
   QPushButton* m_launch = nullptr;
   QStackedWidget* m_stack = nullptr;
+  QLabel* m_clip_label = nullptr;
   TilePlot* m_plot = nullptr;
+  HeightLayer* m_heights = nullptr;  // belongs to the plot
   ToolsPage* m_tools_page = nullptr;
   QTabWidget* m_tabs = nullptr;
   QPlainTextEdit* m_command = nullptr;

@@ -9,8 +9,12 @@
 #include "app/settings_file.hpp"
 #include "app/start_up.hpp"
 #include "app/tool_query.hpp"
+#include "automation/auto_run.hpp"
 #include "base/files.hpp"
 #include "base/text.hpp"
+#include "elevation/contour_clip.hpp"
+#include "elevation/height_cells.hpp"
+#include "elevation/hgt_coverage.hpp"
 #include "pipeline/build.hpp"
 #include "pipeline/identifiers.hpp"
 #include "pipeline/previous_map.hpp"
@@ -19,6 +23,7 @@
 #include "pipeline/tiles/tile_list.hpp"
 #include "platform/desktop.hpp"
 #include "platform/paths.hpp"
+#include "ui/autoscr.hpp"
 #include "ui/f1.hpp"
 #include "ui/guide_window.hpp"
 #include "ui/option_editor.hpp"
@@ -93,9 +98,8 @@ void f1::input_edited() {
 void f1::open_input(const QString& path) {
   if (m_busy) return;
   if (is_script(path)) {
-    m_prompts->tell(m_workspace.message(156));
     m_input->set_text(to_qt(m_workspace.settings.input));
-    return;
+    return start_script(path);
   }
   const std::string chosen(trim(from_qt(path)));
   if (folder_exists(chosen)) {
@@ -168,6 +172,33 @@ BuildReport f1::create_map_stage() {
   return report;
 }
 
+void f1::show_scripts() {
+  if (!take_settings()) return;
+  autoscr window(m_workspace, *m_prompts, this);
+  window.exec();
+  if (!window.script_to_run().isEmpty()) start_script(window.script_to_run());
+}
+
+void f1::start_script(const QString& path) {
+  if (!take_settings() || !script_is_wanted(m_workspace, *m_prompts, from_qt(path))) return;
+  run_stage([this, path] {
+    m_progress->begin();
+    m_tabs->setCurrentWidget(m_console);
+    m_open_folder->setVisible(false);
+    m_console->clear_all();
+    m_status->setText(m_binder.text(Section::labels, "script_running").arg(path));
+    const AutoReport report = run_auto_script(m_workspace, *m_progress, from_qt(path));
+    m_console->add("\r\n" + with_crlf(report_text(report)));
+    if (report.build.built) m_open_folder->setVisible(true);
+    reload_tiles();
+    show_record();
+    save_now();
+    const bool good = report.result == StageResult::done && report.problems.empty();
+    m_status->setText(to_qt(trim(summary_text({report}))));
+    m_prompts->tell(with_crlf(report_text(report)), good ? Icon::information : Icon::critical);
+  });
+}
+
 void f1::draw_fid() {
   if (!take_settings()) return;
   new_id(m_workspace, *m_prompts, build_services(*m_prompts, *m_progress).collect_registered);
@@ -229,6 +260,48 @@ void f1::show_option_editor(bool splitter) {
   option_editor window(m_workspace, *m_prompts, *m_progress, splitter ? Tool::splitter : Tool::mkgmap, this);
   window.exec();
   show_record();
+}
+
+// Without a selection the whole map is meant, as in a build.
+void f1::clip_contours() {
+  const TileList chosen = m_workspace.tiles;
+  const bool all = selected_count(chosen) == 0;
+  for (Tile& tile : m_workspace.tiles)
+    tile.selected = tile.selected || all;
+  m_progress->begin();
+  m_tabs->setCurrentWidget(m_console);
+  m_clip_label->setText(QStringLiteral("Clipping"));
+  const ClipReport report = ferrowen::clip(m_workspace, *m_prompts, *m_progress);
+  m_workspace.tiles = chosen;
+  show_outcome(report.result, "stopped");
+  show_heights();
+  if (report.step == ClipStep::locate_osmconvert) show_contour_folders();
+}
+
+void f1::tell_missing_hgt_folder() {
+  if (!take_settings() || !m_workspace.settings.dem) return;
+  if (!folder_exists(current_hgt_folder(m_workspace.settings)))
+    m_prompts->tell("Please locate hgt folder for DEM", Icon::warning);
+}
+
+// The cells lie under the tiles as long as they matter to the map.
+void f1::show_heights() {
+  if (m_busy && m_workspace.splitting) return;
+  const auto ticked = [this](const char* field) {
+    return qobject_cast<QCheckBox*>(m_form->control(field))->isChecked();
+  };
+  const bool wanted = ticked("dem") || ticked("contours");
+  m_heights->set_cells(wanted ? cells_of_area(m_workspace, *m_prompts) : std::vector<AreaCell>{});
+  m_plot->refresh_layers();
+  QString text;
+  if (ticked("contours") && ticked("clip-contours")) {
+    const CellFiles clips =
+        find_cell_files(needed_cells(m_workspace, *m_prompts), current_clip_folder(m_workspace.settings),
+                        CellFile::clipped_contours);
+    text = to_qt(m_workspace.message(244)) +
+           QStringLiteral(": %1/%2").arg(clips.found.size()).arg(clips.found.size() + clips.missing.size());
+  }
+  m_clip_label->setText(text);
 }
 
 void f1::edit_text(const QString& path) {

@@ -349,6 +349,27 @@ void f1::add_target_buttons(QWidget* box) {
   box->layout()->addWidget(m_launch);
 }
 
+QWidget* f1::make_elevation() {
+  QWidget* group = make_option_group("contours_dem", elevation_flags);
+  auto* clip = new QPushButton(group);
+  clip->setObjectName(QStringLiteral("clip1tile"));
+  m_binder.custom([this, clip] { clip->setText(caption_text(to_qt(m_workspace.message(243)))); });
+  m_binder.tooltip(clip, "clip1tile");
+  m_clip_label = new QLabel(group);
+  m_clip_label->setObjectName(QStringLiteral("Label23"));
+  m_clip_label->setWordWrap(true);
+  group->layout()->addWidget(clip);
+  group->layout()->addWidget(m_clip_label);
+  connect(clip, &QPushButton::clicked, this, [this] {
+    if (take_settings()) run_stage([this] { clip_contours(); });
+  });
+  auto* dem = qobject_cast<QCheckBox*>(m_form->control("dem"));
+  connect(dem, &QCheckBox::clicked, this, &f1::tell_missing_hgt_folder);
+  for (const char* field : {"dem", "contours", "clip-contours"})
+    connect(qobject_cast<QCheckBox*>(m_form->control(field)), &QCheckBox::toggled, this, &f1::show_heights);
+  return group;
+}
+
 QWidget* f1::make_options() {
   auto* content = new QWidget(this);
   auto* column = new QVBoxLayout(content);
@@ -361,7 +382,7 @@ QWidget* f1::make_options() {
   options->layout()->addWidget(edit);
   connect(edit, &QPushButton::clicked, this, [this] { show_option_editor(false); });
   column->addWidget(options);
-  column->addWidget(make_option_group("contours_dem", elevation_flags));
+  column->addWidget(make_elevation());
   QWidget* targets = make_option_group("targets", target_flags);
   add_target_buttons(targets);
   column->addWidget(targets);

@@ -20,15 +20,28 @@
 #include "pipeline/tiles/last_split.hpp"
 #include "ui/about_box.hpp"
 #include "ui/cmcolor.hpp"
+#include "ui/contours.hpp"
 #include "ui/createtyp.hpp"
 #include "ui/doctor.hpp"
+#include "ui/editcontours.hpp"
 #include "ui/f1.hpp"
 #include "ui/gpx2mp.hpp"
 #include "ui/kml2mp.hpp"
+#include "ui/merge.hpp"
 #include "ui/qt_text.hpp"
 #include "ui/tag_keys.hpp"
+#include "ui/unzip.hpp"
 
 namespace ferrowen::ui {
+
+// The tools work on the record and the selection as they stand now.
+template <typename Window>
+void f1::show_tool() {
+  if (!take_settings()) return;
+  Window(m_workspace, *m_prompts, this).exec();
+  show_record();
+  show_heights();
+}
 
 QAction* f1::entry(QMenu* menu, const char* key, const Work& work, const QKeySequence& shortcut) {
   QAction* action = menu->addAction(QString());
@@ -55,7 +68,7 @@ void f1::make_menus() {
   };
   fill_file_menu(menu("mf"));
   fill_settings_menu(menu("mst"));
-  stage_entry(menu("mcontours"), "mcontours_settings", [this] { show_settings_window(Page::elevation); });
+  fill_contour_menu(menu("mcontours"));
   fill_map_menu(menu("mmaps"));
   fill_tools_menu(menu("mtools"));
   m_languages = menu("mlan");
@@ -128,6 +141,19 @@ void f1::fill_settings_menu(QMenu* menu) {
   stage_entry(menu, "mst_reset", [this] { restored(reset_settings(m_workspace, *m_prompts)); });
 }
 
+void f1::show_contour_folders() { show_tool<contours>(); }
+
+void f1::fill_contour_menu(QMenu* menu) {
+  stage_entry(menu, "mcontours_settings", [this] { show_settings_window(Page::elevation); });
+  stage_entry(menu, "mcontours_folders", [this] { show_contour_folders(); });
+  menu->addSeparator();
+  stage_entry(menu, "mcontours_make", [this] { show_tool<editcontours>(); });
+  stage_entry(menu, "mcontours_clip", [this] { clip_contours(); });
+  menu->addSeparator();
+  stage_entry(menu, "mcontours_unzip", [this] { show_tool<unzip>(); });
+  stage_entry(menu, "mcontours_merge", [this] { show_tool<merge>(); });
+}
+
 void f1::fill_map_menu(QMenu* menu) {
   entry(menu, "mmaps_output", [this] { open_path(build_output_folder(m_workspace.settings)); });
   entry(menu, "mmaps_image", [this] { open_path(m_workspace.settings.gmapsupp_folder); });
@@ -164,6 +190,8 @@ void f1::fill_tools_menu(QMenu* menu) {
   });
   entry(menu, "mtools_last_run", [this] { view_text(to_qt(m_workspace.path(file_name::last_run))); });
   menu->addSeparator();
+  // The window comes first; a script that it is closed with runs behind it.
+  m_idle_only_actions.push_back(entry(menu, "mtools_scripts", [this] { show_scripts(); }));
   stage_entry(menu, "mtools_installer", [this] {
     if (take_settings()) creatensis(m_workspace, *m_prompts, *m_progress);
   });

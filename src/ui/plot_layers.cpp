@@ -151,4 +151,25 @@ void GridLayer::paint(QPainter& painter, const PlotPaint& paint) {
   }
 }
 
+// Colours that can be told apart in a light and in a dark theme, quiet enough to lie beneath the tiles.
+void HeightLayer::paint(QPainter& painter, const PlotPaint& paint) {
+  constexpr int quiet = 70;
+  constexpr int hatched = 150;
+  for (const AreaCell& cell : m_cells) {
+    const QRectF degrees(cell.west, cell.south, 1, 1);
+    const QRectF pixels = paint.projection.to_pixels(degrees);
+    if (!pixels.intersects(QRectF(QPointF(0, 0), paint.size))) continue;
+    QColor colour(60, 160, 70);
+    if (cell.state == AreaCell::State::missing) colour = QColor(215, 60, 40);
+    if (cell.state == AreaCell::State::sea) colour = QColor(70, 130, 215);
+    const bool missing = cell.state == AreaCell::State::missing;
+    colour.setAlpha(missing ? hatched : quiet);
+    painter.fillRect(pixels, QBrush(colour, missing ? Qt::BDiagPattern : Qt::SolidPattern));
+    if (cell.state == AreaCell::State::sea) continue;
+    painter.setPen(mixed(paint.palette, 0.75));
+    painter.drawText(pixels.adjusted(3, 2, -3, -2), Qt::AlignHCenter | Qt::AlignTop,
+                     QString::fromStdString(cell.name.substr(0, 7)));
+  }
+}
+
 }  // namespace ferrowen::ui

@@ -9,6 +9,7 @@
 #include <vector>
 
 #include "app/coastline.hpp"
+#include "elevation/height_cells.hpp"
 
 namespace ferrowen::ui {
 
@@ -65,6 +66,17 @@ class CoastLayer : public PlotLayer {
 class GridLayer : public PlotLayer {
  public:
   void paint(QPainter& painter, const PlotPaint& paint) override;
+};
+
+// The degree cells under the tiles: heights found, missing, or sea.
+class HeightLayer : public PlotLayer {
+ public:
+  void set_cells(std::vector<AreaCell> cells) { m_cells = std::move(cells); }
+  [[nodiscard]] const std::vector<AreaCell>& cells() const { return m_cells; }
+  void paint(QPainter& painter, const PlotPaint& paint) override;
+
+ private:
+  std::vector<AreaCell> m_cells;
 };
 
 // Distance of grid lines in degrees for a scale: 30, 10, 5, 2, 1, 0.5, ...

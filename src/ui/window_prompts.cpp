@@ -92,9 +92,12 @@ Answer WindowPrompts::ask(std::string_view text, Buttons buttons, Icon icon) {
 std::optional<std::string> WindowPrompts::choose_file(const FileQuestion& question) {
   const QString title = to_qt(question.title);
   const QString filters = filter_text(question.filters);
+  const QFileDialog::Options options =
+      question.confirms ? QFileDialog::Options() : QFileDialog::DontConfirmOverwrite;
   const QString chosen =
-      question.save ? QFileDialog::getSaveFileName(parent(), title, to_qt(question.proposal), filters)
-                    : QFileDialog::getOpenFileName(parent(), title, to_qt(question.proposal), filters);
+      question.save
+          ? QFileDialog::getSaveFileName(parent(), title, to_qt(question.proposal), filters, nullptr, options)
+          : QFileDialog::getOpenFileName(parent(), title, to_qt(question.proposal), filters);
   if (chosen.isEmpty()) return std::nullopt;
   return from_qt(QDir::toNativeSeparators(chosen));
 }

@@ -87,7 +87,7 @@ TEST_CASE("contour generation checks everything before it touches anything") {
     ContourRequest request;
     request.height_files = files;
     request.interval = interval;
-    const ContourReport report = make_contours(stage.workspace, stage.prompts, stage.progress, request);
+    const ContourOutcome report = make_contours(stage.workspace, stage.prompts, stage.progress, request);
     CHECK(report.result == StageResult::stopped);
     return join_texts(stage.prompts.texts(), "|");
   };
@@ -124,7 +124,7 @@ TEST_CASE("contour files are judged by their end, and old ones come back") {
   for (const char* name : {"h/N46W007.osm", "h/N47W007.osm"})
     stage.home.write(name, "old");
   request.overwrite = true;
-  ContourReport report = make_contours(stage.workspace, stage.prompts, stage.progress, request);
+  ContourOutcome report = make_contours(stage.workspace, stage.prompts, stage.progress, request);
   CHECK(report.result == StageResult::failed);
   CHECK(report.files == Texts{stage.home / "h/N46W007.osm"});
   CHECK(report.failed == Texts{stage.home / "h/N47W007.osm"});
@@ -143,6 +143,7 @@ TEST_CASE("contour files are judged by their end, and old ones come back") {
 TEST_CASE("the contours that a selection still needs") {
   test::StandIn stage;
   stage.workspace.tiles = {{"1", "", {46.1, -6.5}, {47.2, -6.3}, false}};
+  stage.workspace.land_list = "N46W007 N47W007";
   stage.set("hgt-folder-1={home}/h");
   CHECK_FALSE(chkcontours(stage.workspace, stage.prompts));
   stage.home.write("h/N46W007.osm", "x");

@@ -17,7 +17,7 @@ using Texts = std::vector<std::string>;
 
 namespace {
 
-Result<std::vector<ZipEntry>> read(const std::string& bytes) {
+Result<std::vector<ArchiveItem>> read(const std::string& bytes) {
   MemorySource source(bytes);
   return read_zip_directory(source);
 }

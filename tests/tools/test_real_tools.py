@@ -1,6 +1,7 @@
 """ferrowen from the command line with the real splitter and mkgmap, on the sample map and on bad input."""
 
 import json
+import math
 import os
 import pathlib
 import shutil
@@ -247,6 +248,180 @@ class Building(RealTools):
         self.assertIn("splitter.jar", printed[0])
         self.assertIn("mkgmap.jar", printed[1])
         self.assertEqual((list((self.home / "temp").iterdir()), self.images()), ([], []))
+
+
+class Elevation(RealTools):
+    """Heights to contours to a map, with the contour tool beside the program, osmconvert, 7-Zip and mkgmap."""
+
+    def setUp(self):
+        super().setUp()
+        self.heights = self.root / "heights ü & co"
+        self.clips = self.root / "clips"
+        for folder in (self.heights, self.clips):
+            folder.mkdir()
+        self.ferrowen("settings", "set", SMALL_TILES, f"hgt-folder-1={self.heights}", f"clip-folder-1={self.clips}",
+                      "confirm-image-overwrite=0", "use-typ=0")
+
+    def cells(self):
+        return json.loads(self.ferrowen("hgt", "--json").stdout)
+
+    def make_cells(self):
+        """Hills with a lake of voids, rising from the sea in the west."""
+        def height(row, column):
+            if 500 < row < 520 and 500 < column < 540:
+                return -32768
+            hills = 300 * math.sin(row / 90) * math.cos(column / 70) + column / 3
+            return max(0, int(hills) - 40)
+
+        self.ferrowen("split", SAMPLE)
+        needed = self.cells()["missing"]
+        self.assertGreaterEqual(len(needed), 4)
+        write_hgt(self.heights / needed[0], height)
+        for cell in needed[1:]:
+            shutil.copy(self.heights / needed[0], self.heights / cell)
+        return needed
+
+    def subfiles(self, image):
+        """Sizes of the parts of a map image, by their kind; the directory begins at 0x600, 512 bytes an entry."""
+        data = image.read_bytes()
+        sizes = {}
+        for at in range(0x600, len(data), 512):
+            if data[at] != 1:
+                break
+            kind, size, part = data[at + 9:at + 12].decode("latin1"), data[at + 12:at + 16], data[at + 17]
+            if part == 0 and kind.strip():
+                sizes[kind] = struct.unpack("<I", size)[0]
+        return sizes
+
+    def test_from_heights_to_a_map(self):
+        needed = self.make_cells()
+        # One cell comes as a download under a name of its own.
+        archive = self.heights / "K29.zip"
+        with zipfile.ZipFile(archive, "w", zipfile.ZIP_DEFLATED) as zipped:
+            zipped.write(self.heights / needed[0], "K29/" + needed[0])
+        (self.heights / needed[0]).unlink()
+        self.assertEqual(self.cells()["missing"], [needed[0]])
+        self.assertEqual(json.loads(self.ferrowen("unzip", self.heights, "--json").stdout)["files"], [needed[0]])
+        self.assertEqual(self.cells()["found"], len(needed))
+        run = self.ferrowen("build", "--contours", "clip", "--fid", "1", status=0)
+        self.assertIn("Check the 5 clip folders you have specified", run.stderr)
+
+        made = json.loads(self.ferrowen("contours", "make", "--interval", "50", "--json").stdout)
+        self.assertEqual(made["files"], [str(self.heights / (cell[:7] + ".osm")) for cell in needed])
+        self.assertIn("Interval: 50", made["messages"][-1]["text"])
+        contours = (self.heights / (needed[0][:7] + ".osm")).read_text()
+        self.assertIn("contour_ext", contours)
+        self.assertIn("All required contours have been created.", self.ferrowen("contours", "make").stderr)
+        self.ferrowen("contours", "clip", status=3)
+        self.ferrowen("--yes", "contours", "clip")
+        clipped = sorted(self.clips.iterdir())
+        self.assertEqual([path.name for path in clipped], sorted(cell[:7] + "clp.pbf" for cell in needed))
+        for path in clipped:
+            self.assertEqual(path.stat().st_mode & 0o444, 0o444)
+            whole = self.heights / path.name.replace("clp.pbf", ".osm")
+            self.assertLess(path.stat().st_size, whole.stat().st_size / 5)
+
+        shutil.rmtree(self.output)
+        run = self.ferrowen("build", "--dem", "--contours", "clip", "--fid", "1", "--gmapsupp")
+        self.assertIn(f"Added {len(needed)} contours", run.stderr)
+        images = [self.output / name for name in self.images()]
+        tiles, lines = images[:-len(needed)], images[-len(needed):]
+        self.assertGreaterEqual(len(tiles), 3)
+        for image in tiles:
+            self.assertGreater(self.subfiles(image)["DEM"], 5000, image)
+        for image in lines:
+            self.assertNotIn("DEM", self.subfiles(image))
+        self.assertGreater(max(self.subfiles(image)["RGN"] for image in lines), 5000)
+
+    def test_contours_of_bad_cells_and_names(self):
+        tool = self.root / "tool"
+        tool.write_text("#!/bin/sh\nexit 1\n")
+        tool.chmod(0o755)
+        cell = self.heights / "N62W007.hgt"
+        cell.write_bytes(bytes(2884802))
+        old = self.heights / "N62W007.osm"
+        old.write_text("old")
+        cases = [(b"", "is empty."), (b"short", "has 5 bytes"), (bytes(1201), "has 1201 bytes")]
+        for content, text in cases:
+            cell.write_bytes(content)
+            self.assertIn(text, self.ferrowen("contours", "make", "N62W007", "--overwrite", status=3).stderr)
+        cell.unlink()
+        (self.heights / "N62W007.zip").write_bytes(b"PK\3\4 cut off")
+        run = self.ferrowen("contours", "make", "N62W007", "--overwrite", status=3)
+        self.assertIn("is no complete zip archive.", run.stderr)
+        (self.heights / "N62W007.zip").unlink()
+        cell.write_bytes(b"\x80\0" * 1201 * 1201)
+        self.ferrowen("contours", "make", "n62w007", "--overwrite")  # voids alone: a file without lines
+        self.assertTrue(old.read_text().rstrip().endswith("</osm>"))
+        old.write_text("old")
+        self.ferrowen("settings", "set", f"contour-tool={tool}")
+        run = self.ferrowen("contours", "make", "N62W007", "--overwrite", status=1)
+        self.assertIn(f"Contours not created:\n{old}", run.stderr)
+        self.assertEqual(old.read_text(), "old")
+
+    def test_full_disk_and_interrupt_keep_the_older_contours(self):
+        cell = self.heights / "N62W007.hgt"
+        write_hgt(cell, lambda row, column: row + column)
+        old = self.heights / "N62W007.osm"
+        old.write_text("old")
+
+        def small_files():
+            import resource
+            signal.signal(signal.SIGXFSZ, signal.SIG_IGN)
+            resource.setrlimit(resource.RLIMIT_FSIZE, (20000, 20000))
+
+        self.ferrowen("contours", "make", "N62W007", "--overwrite", status=1, before=small_files)
+        self.assertEqual(old.read_text(), "old")
+        slow = self.root / "slow"
+        slow.write_text(f"#!/bin/sh\nprintf '<osm>' >N62W007.osm\ntouch '{self.root}/started'\nsleep 60\n")
+        slow.chmod(0o755)
+        self.ferrowen("settings", "set", f"contour-tool={slow}")
+        run = subprocess.Popen([str(PROGRAM), "--home", str(self.home), "contours", "make", "N62W007", "--overwrite"],
+                               stdin=subprocess.DEVNULL, stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL)
+        while not (self.root / "started").exists() and run.poll() is None:
+            time.sleep(0.05)
+        run.send_signal(signal.SIGTERM)
+        self.assertEqual(run.wait(timeout=30), 1)
+        self.assertEqual(old.read_text(), "old")
+        self.assertEqual(sorted(path.name for path in self.heights.iterdir()), ["N62W007.hgt", "N62W007.osm"])
+
+    def test_hostile_archives_are_refused(self):
+        link = zipfile.ZipInfo("N62W007.hgt")
+        link.create_system, link.external_attr = 3, 0o120777 << 16
+        cases = {"up": "../evil.txt", "absolute": str(self.root / "evil.txt"), "link": link, "size": "N62W007.hgt"}
+        for name, entry in cases.items():
+            archive = self.heights / (name + ".zip")
+            with zipfile.ZipFile(archive, "w") as zipped:
+                zipped.writestr(entry, "/etc/passwd")
+            run = self.ferrowen("unzip", self.heights, status=3)
+            self.assertIn("Not unzipped:\n" + archive.name, run.stderr)
+            archive.unlink()
+        self.assertEqual([path for path in self.root.rglob("*") if path.name.startswith(("evil", "N62"))], [])
+
+    def test_merge(self):
+        parts = []
+        for number in (1, 2):
+            osm = self.root / f"part {number}.osm"
+            osm.write_text(f"<osm version='0.6'><node id='{number}' version='1' lat='62' lon='-7'/></osm>")
+            parts.append(self.root / f"part {number}.pbf")
+            subprocess.run(["osmconvert", osm, f"-o={parts[-1]}"], check=True)
+        broken = self.root / "broken.pbf"
+        broken.write_bytes(SAMPLE.read_bytes()[:3000])
+        target = self.root / "all & more.pbf"
+        run = self.ferrowen("merge", "-o", target, parts[0], broken, parts[1])
+        self.assertIn(f"{broken} not included", run.stderr)
+        self.assertEqual(target.stat().st_mode & 0o444, 0o444)
+        merged = subprocess.run(["osmconvert", target, "--out-osm"], capture_output=True, text=True, check=True).stdout
+        self.assertEqual(merged.count("<node"), 2)
+        good = target.read_bytes()
+        listed = self.root / "parts.lst"
+        listed.write_text(f"{broken}\r\n{broken}\r\n")
+        run = self.ferrowen("merge", "-o", target, "--list", listed, status=3)
+        self.assertIn(f"Replace {target}? [y/N] No", run.stderr)
+        run = self.ferrowen("--yes", "merge", "-o", target, "--list", listed, status=1)
+        self.assertIn(f"Not successful {target}", run.stderr)
+        self.assertEqual(target.read_bytes(), good)
+        self.assertFalse((self.home / "temp" / "merge").exists())
 
 
 class UnusedMaps(RealTools):
