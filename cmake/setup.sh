@@ -31,4 +31,4 @@ build_packages="g++ cmake ninja-build libcli11-dev nlohmann-json3-dev qt6-base-d
   python3 osmctools
   default-jre-headless mkgmap mkgmap-splitter"
 check_packages="$build_packages git doctest-dev clang clang-tidy clang-format libclang-rt-14-dev
-  g++-mingw-w64-x86-64-posix wine wine64 p7zip-full nsis gdal-bin"
+  g++-mingw-w64-x86-64-posix wine wine64 p7zip-full nsis gdal-bin parallel procps"

@@ -4,6 +4,7 @@ import json
 import math
 import os
 import pathlib
+import random
 import shutil
 import signal
 import struct
@@ -727,6 +728,102 @@ class BadInput(RealTools):
         self.home = self.root / "file" / "home"
         run = self.ferrowen("build", SAMPLE, status=2)
         self.assertIn(str(self.home), run.stderr)
+
+
+class Automation(RealTools):
+    def script(self, name, *lines, source=SAMPLE):
+        path = self.root / name
+        path.write_text("\n".join(["<ferrowen>", f"<file>{source}</file>", *lines, "</ferrowen>", ""]))
+        return path
+
+    def test_scripts_run_one_after_another(self):
+        self.ferrowen("settings", "set", SMALL_TILES)
+        mp = self.root / "tour.gpx"
+        mp.write_text('<gpx><trk><trkseg><trkpt lat="62.0" lon="-7.0"/><trkpt lat="62.01" lon="-7.02"/>'
+                      "</trkseg></trk></gpx>")
+        self.ferrowen("gpx2mp", mp)
+        scripts = [self.script("färöer 1.auto", "<mapname>Færøer</mapname>", "<FID>AUTO</FID>", "<gmapsupp>yes</gmapsupp>"),
+                   self.script("broken.auto", "<maxnodes>many</maxnodes>"),
+                   self.script("tour.auto", "<fid>4321</fid>", "<gmapsupp>no</gmapsupp>", "<country>Faroe</country>",
+                               source=self.home / "mps" / "tour.mp")]
+        run = self.ferrowen("run", "--json", *scripts, status=2)
+        first, broken, last = json.loads(run.stdout)["scripts"]
+        self.assertEqual([one["result"] for one in (first, broken, last)], ["done", "not started", "done"])
+        self.assertEqual(broken["problems"], ["line 3: <maxnodes>: 'many' is not a number."])
+        self.assertEqual([stage["stage"] for stage in first["stages"]], ["split", "build", "device image"])
+        self.assertTrue(pathlib.Path(first["image"]).stat().st_size > 10000)
+        for one in (first, last):
+            self.assertIn("Number of MapFailedExceptions: 0", pathlib.Path(one["log"]).read_text())
+            self.assertTrue(all(pathlib.Path(made["path"]).stat().st_size == made["size"] for made in one["files"]))
+        self.assertIn("2 of 3 maps were made.", (self.home / "logs" / "summary.txt").read_text())
+        # Without a person nothing of the settings was changed for good.
+        self.assertEqual(self.ferrowen("settings", "get", "map-name").stdout.strip(), "")
+
+    def test_new_script_replays_the_same_arguments(self):
+        def arguments():
+            files = {path.name: path.read_bytes() for path in (self.home / "args").iterdir()}
+            return files, (self.home / "last_run.txt").read_bytes()
+
+        self.build_sample("--name", "My Map")
+        self.ferrowen("settings", "set", f"input={SAMPLE}", "map-name=My Map", "fid=1234", "gmapsupp=1",
+                      "image-name=mine", "image-named-after-map=0")
+        self.ferrowen("build", "--name", "My Map", "--fid", "1234", "--gmapsupp")
+        before = arguments()
+        self.ferrowen("script", "new", self.root / "same")
+        self.ferrowen("settings", "set", "map-name=Other", "fid=77", "gmapsupp=0", "image-name=other",
+                      "options-text=--name-tag-list=name")
+        self.ferrowen("run", self.root / "same.auto")
+        self.assertEqual(arguments(), before)
+
+    def test_examples_of_the_documentation(self):
+        examples = pathlib.Path(__file__).resolve().parents[2] / "docs" / "examples"
+        maps = self.root / "maps"
+        maps.mkdir()
+        styles, heights = self.root / "styles", self.root / "hgt"
+        for folder in (styles, heights):
+            folder.mkdir()
+            folder.chmod(0o555)
+        for name in ("one", "two"):
+            self.script(f"maps/{name}.auto", f"<mapname>{name}</mapname>", "<gmapsupp>yes</gmapsupp>", "<fid>auto</fid>")
+        environment = {**os.environ, "FERROWEN": str(PROGRAM), "MAPS": str(maps), "STYLES": str(styles),
+                       "HEIGHTS": str(heights), "WORK": str(self.root / "work")}
+        for name in ("build-all.sh", "map-array.sbatch"):
+            subprocess.run(["bash", "-n", str(examples / name)], check=True)
+        subprocess.run(["bash", str(examples / "build-all.sh")], check=True, env=environment, capture_output=True,
+                       timeout=300)
+        for task in ("0", "1"):
+            subprocess.run(["bash", str(examples / "map-array.sbatch")], check=True, capture_output=True, timeout=300,
+                           env={**environment, "WORK": str(self.root / "array"), "SLURM_ARRAY_TASK_ID": task,
+                                "SLURM_MEM_PER_NODE": "2000"})
+        for work in ("work", "array"):
+            for name in ("one", "two"):
+                self.assertTrue((self.root / work / name / "gmapsupp" / f"{name}.img").stat().st_size > 10000)
+
+    def test_killed_at_any_moment_the_next_run_makes_the_same_map(self):
+        self.ferrowen("settings", "set", SMALL_TILES)
+        script = self.script("map.auto", "<mapname>Kill</mapname>", "<fid>1234</fid>", "<gmapsupp>yes</gmapsupp>")
+        begin = time.monotonic()
+        self.ferrowen("run", script)
+        whole = time.monotonic() - begin
+        sizes = self.sizes()
+        image = (self.home / "gmapsupp" / "Kill.img").stat().st_size
+        moments = random.Random(1)
+        for _ in range(10):
+            for folder in ("output", "temp", "gmapsupp"):
+                for path in (self.home / folder).iterdir():
+                    if moments.random() < 0.3 and path.is_file():
+                        path.unlink()
+            run = subprocess.Popen([str(PROGRAM), "--home", str(self.home), "run", str(script)], cwd=self.root,
+                                   stdin=subprocess.DEVNULL, stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL)
+            time.sleep(moments.uniform(0.02, whole))
+            run.kill()
+            run.wait()
+            # A tool outlives the program that is killed so; nobody else is there to end it.
+            subprocess.run(["pkill", "-KILL", "-f", str(self.home)], check=False)
+        self.ferrowen("run", script)
+        self.assertEqual(self.sizes(), sizes)
+        self.assertEqual((self.home / "gmapsupp" / "Kill.img").stat().st_size, image)
+        self.assertEqual([path.name for path in self.home.rglob("*.before")], [])
 
 
 class Interrupting(RealTools):
