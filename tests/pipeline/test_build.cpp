@@ -141,9 +141,17 @@ TEST_CASE("an own script makes a device image when it says so, whatever the sett
                                         (image ? " --gmapsupp" : " --mapname=63240001"));
     made.set(image ? "own-script=1; gmapsupp=0; register=1" : "own-script=1; gmapsupp=1");
     made.prompts.answers = {Answer::yes};
+    // The file of a registered map, which shares its bytes with a tile that the script writes in place.
+    const std::string registered = made.home.write("registered/63240001.img", "registered");
+    REQUIRE(make_folder(made.home / "out").ok());
+    std::filesystem::create_hard_link(platform::file_system_path(registered),
+                                      platform::file_system_path(made.image("63240001")));
     const BuildReport report = made.make();
     CHECK(report.result == StageResult::done);
-    REQUIRE(report.files.size() == 1);
+    CHECK(read_whole_file(registered) == "registered");
+    // What else it made belongs to the build too.
+    REQUIRE(report.files.size() == (image ? 2 : 1));
+    CHECK(platform::name_of(report.files.back().path) == "63240001.img");
     CHECK(platform::name_of(report.files[0].path) == (image ? "DemoMap.img" : "63240001.img"));
   }
 }
