@@ -359,7 +359,8 @@ namespace {
 
 std::string obstacle_before_build(const Workspace& workspace, Prompts& prompts) {
   const std::unique_ptr<Registry> registry = open_registry(workspace);
-  if (!registry->problem().empty()) return registry->problem();
+  // One that cannot be read has been told; the map is built all the same, for its other uses.
+  if (!registry->problem().empty()) return "";
   std::vector<InstalledMap> maps = installed_maps(*registry, workspace.messages, prompts);
   const std::vector<InstalledMap> stored = maps_of_own_store(workspace, *registry, prompts);
   maps.insert(maps.end(), stored.begin(), stored.end());

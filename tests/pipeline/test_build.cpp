@@ -155,3 +155,23 @@ TEST_CASE("an own script makes a device image when it says so, whatever the sett
     CHECK(platform::name_of(report.files[0].path) == (image ? "DemoMap.img" : "63240001.img"));
   }
 }
+
+TEST_CASE("what cannot be delivered is told before anything is run") {
+  Made made;
+  made.set("register=1; image-folder={home}/unplugged");
+  BuildServices services;
+  services.registration_obstacle = [](const Workspace&) { return std::string("another map's folder"); };
+  const auto make = [&] {
+    made.prompts.said.clear();
+    return make_map(made.workspace, made.prompts, made.progress, services, {}).result;
+  };
+  CHECK(make() == StageResult::stopped);
+  CHECK(made.prompts.tells().back() == "another map's folder");
+  services.registration_obstacle = {};
+  CHECK(make() == StageResult::stopped);
+  CHECK(contains(made.prompts.tells().back(), made.home / "unplugged"));
+  services.release_files = [](Workspace&, const std::vector<std::string>& files) { return files.empty(); };
+  made.set("image-folder=");
+  CHECK(make() == StageResult::stopped);
+  CHECK_FALSE(file_exists(made.home / "stand-in-arguments"));
+}

@@ -10,6 +10,7 @@
 #include "base/text.hpp"
 #include "pipeline/cleanup.hpp"
 #include "pipeline/installed_maps.hpp"
+#include "pipeline/registration_repair.hpp"
 #include "pipeline/registry_turn.hpp"
 #include "support/built_map.hpp"
 
@@ -136,6 +137,18 @@ TEST_CASE("a map of the program's own store keeps its folder and its number besi
   test.build();
   CHECK(test.register_map() == StageResult::stopped);
   CHECK(contains(test.prompts.tells().back(), "is the folder of the registered map 'My Map' (FID 1000)"));
+}
+
+TEST_CASE("a registration text is recovered in the folder that it names, and never over another map") {
+  Built test;
+  REQUIRE(test.register_map() == StageResult::done);
+  const std::string text = test.in_folder("My Map.reg");
+  CHECK(recovery_problem(*test.registry, text).ok());
+  const std::string moved = test.home.write("out/moved/My Map.reg", read_whole_file(text));
+  CHECK(contains(recovery_problem(*test.registry, moved).error, "registers a map in another folder"));
+  const std::string elsewhere = test.registry->registered_path(test.home.path());
+  test.add_family("MY MAP", "01,02", elsewhere);
+  CHECK(contains(recovery_problem(*test.registry, text).error, "a map of this name is registered already"));
 }
 
 TEST_CASE("several maps of one name: none goes unless it is said which one") {
