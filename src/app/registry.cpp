@@ -37,20 +37,36 @@ std::string text_value(const Registry::Key& key, std::string_view name) {
   return is_text ? value->data : "";
 }
 
+std::string wine_prefix_in_use(const Settings& settings) {
+#ifdef _WIN32
+  (void)settings;
+  return "";
+#else
+  if (const std::string_view chosen = trim(settings.wine_prefix); !chosen.empty()) return std::string(chosen);
+  const std::string of_wine = platform::environment("WINEPREFIX").value_or("");
+  if (platform::is_absolute(of_wine) &&
+      file_has_content(platform::join(of_wine, std::string(wine_system_file))))
+    return of_wine;
+  const std::string usual = platform::join(platform::home_folder(), ".wine");
+  return !platform::home_folder().empty() && holds_garmin_keys(usual) ? usual : "";
+#endif
+}
+
 std::unique_ptr<Registry> open_registry(const Workspace& workspace) {
 #ifdef _WIN32
   (void)workspace;
-  (void)store_name;
   return system_registry();
 #else
-  std::string prefix(trim(workspace.settings.wine_prefix));
-  if (prefix.empty()) {
-    const std::string usual = platform::join(platform::home_folder(), ".wine");
-    if (!platform::home_folder().empty() && holds_garmin_keys(usual)) prefix = usual;
-  }
+  const std::string prefix = wine_prefix_in_use(workspace.settings);
   if (prefix.empty()) return embedded_registry(workspace.path(store_name));
   return wine_registry(prefix, workspace.path("system"));
 #endif
+}
+
+std::unique_ptr<Registry> store_beside(const Workspace& workspace, const Registry& open) {
+  const std::string file = workspace.path(store_name);
+  if (!file_exists(file) || same_file(open.place(), file)) return nullptr;
+  return embedded_registry(file);
 }
 
 std::string path_on_z(const std::string& path) {

@@ -63,9 +63,15 @@ std::unique_ptr<Registry> system_registry();
 std::unique_ptr<Registry> wine_registry(const std::string& prefix, const std::string& work_folder);
 std::unique_ptr<Registry> embedded_registry(const std::string& file);
 
-// Windows: the system's. Elsewhere the Wine prefix of the settings, else ~/.wine when Garmin programs or maps
-// are in its registry, else the program's own store.
+// The Wine prefix of the settings, else that of $WINEPREFIX when it is there, else ~/.wine when Garmin
+// programs or maps are in its registry; "" for none, and on Windows.
+std::string wine_prefix_in_use(const Settings& settings);
+// Windows: the system's. Elsewhere that of the Wine prefix in use, else the program's own store.
 std::unique_ptr<Registry> open_registry(const Workspace& workspace);
+
+// The program's own store, when another registry is open and maps may still be registered in it: one that was
+// used before there was a Wine prefix. Nothing for none.
+std::unique_ptr<Registry> store_beside(const Workspace& workspace, const Registry& open);
 
 // Linux paths as a Wine program sees them where "Z:" is the whole file system, and back.
 std::string path_on_z(const std::string& path);

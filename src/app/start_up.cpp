@@ -2,6 +2,7 @@
 
 #include "app/language_file.hpp"
 #include "app/option_sets.hpp"
+#include "app/registry.hpp"
 #include "app/settings_file.hpp"
 #include "app/tools.hpp"
 #include "base/files.hpp"
@@ -19,6 +20,22 @@ void fill(std::string& setting, const std::string& value) {
   if (setting.empty()) setting = value;
 }
 
+#ifndef _WIN32
+// A program of a prefix, whatever the case of its path. One that is gone is looked for again; where there is
+// none the usual place is proposed.
+void fill_from_prefix(std::string& setting, const std::string& drive, const std::string& program,
+                      const std::string& usual) {
+  if (!setting.empty() && file_exists(setting)) return;
+  for (const char* programs : {"program files (x86)/", "program files/", ""}) {
+    const std::string found = find_ignoring_case(drive, programs + program);
+    if (found.empty()) continue;
+    setting = found;
+    return;
+  }
+  if (!usual.empty()) fill(setting, drive + usual);
+}
+#endif
+
 void fill_garmin_programs(Settings& settings) {
 #ifdef _WIN32
   const std::string programs = "c:\\program files";
@@ -32,10 +49,12 @@ void fill_garmin_programs(Settings& settings) {
   fill(settings.basecamp_tile_cache,
        replace_all(lower_ascii(app_data), "\\roaming", "\\local") + "\\Garmin\\BaseCamp\\TileCache");
 #else
-  const std::string drive = platform::home_folder() + "/.wine/drive_c/";
-  fill(settings.basecamp, drive + "program files (x86)/garmin/basecamp/basecamp.exe");
-  const std::string mapsource = drive + "program files/garmin/mapsource.exe";
-  fill(settings.mapsource, file_exists(mapsource) ? mapsource : drive + "garmin/mapsource.exe");
+  const std::string prefix = wine_prefix_in_use(settings);
+  const std::string drive = (prefix.empty() ? platform::home_folder() + "/.wine" : prefix) + "/drive_c";
+  fill_from_prefix(settings.basecamp, drive, "garmin/basecamp/basecamp.exe",
+                   "/program files (x86)/garmin/basecamp/basecamp.exe");
+  fill_from_prefix(settings.mapsource, drive, "garmin/mapsource.exe", "/garmin/mapsource.exe");
+  fill_from_prefix(settings.home_port, drive, "garmin/homeport/homeport.exe", "");
 #endif
 }
 

@@ -45,9 +45,13 @@ struct Workspace {
   std::size_t expected_tiles = 0;      // of the split that runs
   std::string registered_fids = ",";   // comma lists, filled by the collection of registered maps
   std::string registered_names = ",";
-  std::string device_map_ids = ",";      // mapids.txt
-  std::string avoided_fids = ",";        // mapfids.txt
-  std::vector<std::string> built_files;  // full paths of what the last good build made
+  std::vector<std::string> registered_products;  // the same names: a comma may stand in one
+  bool registered_are_known = false;             // they were collected since the start
+  std::string product_to_replace;                // a map of this name was found registered
+  std::string chosen_image_folder;               // for the image of this build alone; "" as the settings say
+  std::string device_map_ids = ",";              // mapids.txt
+  std::string avoided_fids = ",";                // mapfids.txt
+  std::vector<std::string> built_files;          // full paths of what the last good build made
 
   [[nodiscard]] std::string path(std::string_view name) const { return folder / name; }
   [[nodiscard]] std::string message(int number) const { return messages(number); }

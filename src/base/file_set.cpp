@@ -25,6 +25,13 @@ std::string native_name(const std::string& name) {
   return platform::separator == '/' ? name : replace_all(name, "/", "\\");
 }
 
+Status check_space(std::uint64_t wanted, const std::string& folder) {
+  const std::optional<std::uint64_t> free = platform::free_space(folder);
+  if (!free || *free > wanted) return {};
+  return {folder + ": not enough space, " + std::to_string(wanted / megabyte + 1) + " MB are needed and " +
+          std::to_string(*free / megabyte) + " MB are free"};
+}
+
 // A folder that holds nothing but what this copy puts into it, and is gone with it when it fails.
 class UnfinishedFolder {
  public:
@@ -35,32 +42,54 @@ class UnfinishedFolder {
 
   Status make() { return make_part(m_path); }
 
-  Status take(const FileToCopy& file, bool link) {
+  // `left` are the bytes of this file and of those behind it: a disk that cannot link has to hold them all.
+  Status take(const FileToCopy& file, bool& link, std::uint64_t left) {
     const std::string target = platform::join(m_path, native_name(file.name));
     if (Status made = make_part(platform::folder_of(target)); !made.ok()) return made;
     m_files.push_back(target);
     std::error_code no_link;
     if (link) fs::create_hard_link(file_system_path(file.from), file_system_path(target), no_link);
-    if (!link || no_link) {
+    if (link && no_link) {
+      link = false;
+      if (Status enough = check_space(left, m_path); !enough.ok()) return enough;
+    }
+    if (!link) {
       if (Status copied = copy_file(file.from, target); !copied.ok()) return copied;
     }
     if (file_size(target) == file_size(file.from)) return {};
     return {target + ": the copy has not the size of " + file.from};
   }
 
-  // One step when the folder is new; else file by file, each in one step.
+  // One step when the folder is new; else file by file, and back again when one of them cannot be moved.
   Status put_in_place(const std::vector<FileToCopy>& files, const std::string& folder) {
     if (!file_exists(folder)) return rename_file(m_path, folder);
+    MovedAside older;
+    std::vector<std::string> placed;
     for (const FileToCopy& file : files) {
       const std::string target = platform::join(folder, native_name(file.name));
-      if (Status made = make_folder(platform::folder_of(target)); !made.ok()) return made;
-      const std::string source = platform::join(m_path, native_name(file.name));
-      if (Status moved = rename_file(source, target); !moved.ok()) return moved;
+      Status moved = make_folder(platform::folder_of(target));
+      if (moved.ok()) moved = older.take(target);
+      if (moved.ok()) moved = rename_file(platform::join(m_path, native_name(file.name)), target);
+      if (!moved.ok()) {
+        const Status back = bring_back(placed, older);
+        return back.ok() ? moved : Status{moved.error + "\r\n" + back.error};
+      }
+      placed.push_back(target);
     }
-    return {};
+    return older.drop();
   }
 
  private:
+  static Status bring_back(const std::vector<std::string>& placed, MovedAside& older) {
+    Status first;
+    for (const std::string& path : placed) {
+      const Status removed = remove_file(path);
+      if (!removed.ok() && first.ok()) first = removed;
+    }
+    const Status restored = older.restore();
+    return first.ok() ? restored : first;
+  }
+
   // What a run that was killed has left may be somebody's: it is gone around, never deleted.
   static std::string free_name(const std::string& folder) {
     std::string name = folder + std::string(unfinished_ending);
@@ -93,13 +122,6 @@ class UnfinishedFolder {
   std::vector<std::string> m_folders;  // in the order in which they were made
   std::vector<std::string> m_files;
 };
-
-Status check_space(std::uint64_t wanted, const std::string& folder) {
-  const std::optional<std::uint64_t> free = platform::free_space(folder);
-  if (!free || *free > wanted) return {};
-  return {folder + ": not enough space, " + std::to_string(wanted / megabyte + 1) + " MB are needed and " +
-          std::to_string(*free / megabyte) + " MB are free"};
-}
 
 // A file in the place of a folder, or a folder in the place of a file, must not be found half-way.
 Status check_targets(const std::vector<FileToCopy>& files, const std::string& folder) {
@@ -134,7 +156,7 @@ Status copy_file_set(const std::vector<FileToCopy>& files, const std::string& ta
     if (progress &&
         !progress(all_bytes == 0 ? 0 : static_cast<double>(done) / static_cast<double>(all_bytes)))
       return {stopped};
-    if (Status taken = unfinished.take(file, link); !taken.ok()) return taken;
+    if (Status taken = unfinished.take(file, link, all_bytes - done); !taken.ok()) return taken;
     done += file_size(file.from);
   }
   return unfinished.put_in_place(files, folder);

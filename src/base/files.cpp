@@ -146,6 +146,10 @@ Status copy_file(const std::string& from, const std::string& to) {
   return {to + ": " + problem};
 }
 
+Status break_hard_link(const std::string& path) {
+  return platform::link_count(path) > 1 ? copy_file(path, path) : Status{};
+}
+
 std::vector<std::string> list_files(const std::string& folder, const std::vector<std::string>& endings) {
   return list_entries(folder, [&](const fs::directory_entry& entry) {
     std::error_code error;

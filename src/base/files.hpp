@@ -30,6 +30,10 @@ Status remove_file(const std::string& path);  // a missing file is fine
 Status rename_file(const std::string& from, const std::string& to);
 Status copy_file(const std::string& from, const std::string& to);  // replaces `to` in one step
 
+// Gives the file bytes of its own where it shares them with another name (a hard link): what is written into
+// it in place then changes nothing elsewhere.
+Status break_hard_link(const std::string& path);
+
 // Names (not paths) of the files in a folder that match one of the endings, in byte order.
 // Endings are written with their dot: {".pbf", ".o5m"}; their case counts where the file system's does.
 std::vector<std::string> list_files(const std::string& folder, const std::vector<std::string>& endings);

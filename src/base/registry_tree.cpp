@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "base/fold_name.hpp"
 #include "base/text.hpp"
 
 namespace ferrowen {
@@ -11,15 +12,8 @@ namespace {
 constexpr char part_end = '\x01';
 
 std::string sort_key(std::string_view key) {
-  std::string sorted;
-  sorted.reserve(key.size() + 1);
-  sorted = key;
-  for (char& c : sorted) {
-    if (c >= 'A' && c <= 'Z')
-      c = static_cast<char>(c - 'A' + 'a');
-    else if (c == '\\')
-      c = part_end;
-  }
+  std::string sorted = fold_name(key);
+  std::replace(sorted.begin(), sorted.end(), '\\', part_end);
   return sorted += part_end;
 }
 

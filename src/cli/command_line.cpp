@@ -54,8 +54,8 @@ constexpr const char* language_footer = R"(Examples:
 Exit status of check: 0 nothing to do, 1 something found, 2 unreadable.)";
 
 constexpr const char* maps_footer =
-    R"(The registry is that of this system, of a Wine prefix (the setting wine-prefix, or ~/.wine with Garmin
-programs in it), or a store of this program's own.
+    R"(The registry is that of this system, of a Wine prefix (the setting wine-prefix, else $WINEPREFIX, else
+~/.wine with Garmin programs in it), or a store of this program's own.
 Examples:
   ferrowen build faroe-islands.osm.pbf --name "My Map" --fid auto --register
   ferrowen maps list
@@ -67,7 +67,7 @@ constexpr const char* unused_maps_footer =
 folder and the folder of registered maps. A folder may be named by its path or by its name alone.
 Examples:
   ferrowen maps unused
-  ferrowen maps unused --delete Old_Map --delete /data/maps/Test
+  ferrowen maps unused --delete Old_Map --delete Test
   ferrowen maps unused --recover Old_Map)";
 
 constexpr const char* doctor_footer =
@@ -293,6 +293,9 @@ void add_maps(CLI::App& app, MapsArguments& arguments, UnusedMapsArguments& unus
   CLI::App* remove = maps->add_subcommand("remove", "Remove a registered map and its files; asks first");
   remove->callback([&arguments] { arguments.action = MapsArguments::Action::remove; });
   remove->add_option("NAME", arguments.name, "Product name of the map")->type_name("")->required();
+  remove->add_option("--fid", arguments.fid, "Family ID, where several maps have this name")
+      ->type_name("N")
+      ->take_last();
   for (CLI::App* command : {list, remove}) {
     command->group("Commands");
     command->footer(global_hint);

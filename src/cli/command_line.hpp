@@ -47,7 +47,8 @@ struct LanguageArguments {
 struct MapsArguments {
   enum class Action : unsigned char { list, remove };
   Action action = Action::list;
-  std::string name;  // remove: the product
+  std::string name;                // remove: the product
+  std::optional<std::string> fid;  // and, where several have this name, its family ID
 };
 
 struct UnusedMapsArguments {

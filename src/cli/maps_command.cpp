@@ -45,8 +45,8 @@ ExitStatus run_command(Session& session, const MapsArguments& arguments) {
   if (opened != ExitStatus::done) return opened;
   const std::unique_ptr<Registry> registry = open_registry(session.workspace);
   if (!removes) return list(session, *registry);
-  const StageResult result =
-      remove_registered_map(session.workspace, session.prompts, session.progress, *registry, arguments.name);
+  const StageResult result = remove_registered_map(session.workspace, session.prompts, session.progress,
+                                                   *registry, {arguments.name, arguments.fid.value_or("")});
   return exit_status_of(result);
 }
 

@@ -1,6 +1,7 @@
 #include <algorithm>
 
 #include "base/files.hpp"
+#include "base/text.hpp"
 #include "cli/commands.hpp"
 #include "cli/table.hpp"
 #include "cli/terminal.hpp"
@@ -23,11 +24,16 @@ std::string named_folder(const Folders& targets, const std::string& word) {
   return platform::absolute(word);
 }
 
-Folders named_folders(const Folders& targets, const std::vector<std::string>& words) {
-  Folders folders;
-  for (const std::string& word : words)
-    folders.push_back(named_folder(targets, word));
-  return folders;
+// Why a folder that was named is not touched; "" when it may be. What lies elsewhere is not deleted: it may
+// be anybody's map.
+std::string folder_problem(const Folders& targets, const std::string& word, const std::string& folder,
+                           bool is_deleted) {
+  if (trim(word).empty() || !folder_exists(folder)) return "'" + word + "': there is no such folder.";
+  if (!is_deleted) return "";
+  const std::string above = platform::folder_of(platform::folder_of(platform::join(folder, "x")));
+  const bool is_below = std::any_of(targets.begin(), targets.end(),
+                                    [&](const std::string& target) { return same_file(target, above); });
+  return is_below ? "" : "'" + folder + "' lies in none of the folders of maps: " + join_texts(targets, ", ");
 }
 
 ExitStatus list(Session& session, const CleanupServices& services, const Folders& targets) {
@@ -77,8 +83,16 @@ ExitStatus run_command(Session& session, const UnusedMapsArguments& arguments) {
   if (opened != ExitStatus::done) return opened;
   const CleanupServices services = cleanup_services(session.workspace, session.prompts, session.progress);
   const Folders targets = map_target_folders(session.workspace.settings);
-  if (!arguments.remove.empty()) return remove(session, services, named_folders(targets, arguments.remove));
-  if (arguments.recover) return recover(session, services, named_folder(targets, *arguments.recover));
+  Folders words = arguments.remove;
+  if (arguments.recover) words.push_back(*arguments.recover);
+  Folders folders;
+  for (const std::string& word : words) {
+    folders.push_back(named_folder(targets, word));
+    const std::string problem = folder_problem(targets, word, folders.back(), !arguments.recover);
+    if (!problem.empty()) return session.fail(problem, ExitStatus::run_failed);
+  }
+  if (!arguments.remove.empty()) return remove(session, services, folders);
+  if (arguments.recover) return recover(session, services, folders.front());
   return list(session, services, targets);
 }
 

@@ -53,12 +53,11 @@ Status apply_outputs(RunSettings& run, const BuildArguments& arguments) {
   return {};
 }
 
-Status apply_fid(Workspace& workspace, RunSettings& run, const std::optional<std::string>& fid) {
+Status apply_fid(const Workspace& workspace, RunSettings& run, const std::optional<std::string>& fid) {
   if (!fid) return {};
   if (*fid != "auto") return run.set("fid", *fid);
   // The build draws a new one for a blank FID; a locked one is not touched.
-  if (!workspace.settings.fid_locked) workspace.settings.fid.clear();
-  return {};
+  return workspace.settings.fid_locked ? Status{} : run.set("fid", "");
 }
 
 }  // namespace

@@ -18,8 +18,7 @@ Status override_hgt(RunSettings& run, const std::optional<std::string>& folder);
 // --memory: megabytes.
 Status override_memory(RunSettings& run, const std::optional<std::string>& megabytes);
 
-// The options of one command, applied to the record. --fid auto and the input are no overrides: what comes of
-// them is kept.
+// The options of one command, applied to the record. The input is no override: it is kept.
 Status apply_options(Workspace& workspace, RunSettings& run, const SplitArguments& arguments);
 Status apply_options(Workspace& workspace, RunSettings& run, const BuildArguments& arguments);
 // The options text with further lines, which stand before an end mark ("##").

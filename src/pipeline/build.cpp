@@ -1,8 +1,11 @@
 #include "pipeline/build.hpp"
 
 #include <algorithm>
+#include <array>
 #include <chrono>
 #include <ctime>
+#include <map>
+#include <utility>
 
 #include "app/script_run.hpp"
 #include "base/files.hpp"
@@ -30,6 +33,12 @@ constexpr double clock_tolerance = 2.0;               // seconds; some file syst
 constexpr const char* default_map_name = "63240001";  // what mkgmap itself takes without --mapname
 constexpr std::string_view error_mark = "parabola";
 
+bool is_map_file(const std::string& name) {
+  constexpr std::array<std::string_view, 4> endings = {".img", ".mdx", ".tdb", ".typ"};
+  return std::any_of(endings.begin(), endings.end(),
+                     [&](std::string_view ending) { return ends_with_ignoring_case(name, ending); });
+}
+
 // The results of one build: what must appear, what else may, and the older files put out of their way.
 class Results {
  public:
@@ -42,6 +51,11 @@ class Results {
   [[nodiscard]] std::vector<MadeFile> made() const;
   [[nodiscard]] std::size_t images_found() const;
   [[nodiscard]] std::size_t images_expected() const { return m_expected.size(); }
+  [[nodiscard]] const std::vector<std::string>& all() const { return m_all; }
+  // What lies in the folder now, so that everything else that a script of the user makes there is known.
+  void remember(const std::string& folder);
+  // Map files of the remembered folder that are new or were changed since, beyond those of the plan.
+  [[nodiscard]] std::vector<MadeFile> further_made() const;
   [[nodiscard]] bool replace_older() const { return m_old.count() > 0; }
   Status keep() { return m_old.drop(); }
   Status undo();
@@ -52,6 +66,8 @@ class Results {
   std::size_t m_cleared = 0;
   double m_start = 0;
   MovedAside m_old;
+  std::string m_folder;
+  std::map<std::string, std::pair<std::uint64_t, std::optional<double>>> m_before;  // size, time of change
 };
 
 Status Results::clear_the_way() {
@@ -76,6 +92,27 @@ std::vector<MadeFile> Results::made() const {
   std::vector<MadeFile> files;
   for (const ResultFile& file : looked_at(m_all)) {
     if (file.size > 0 && file.newer_than_start) files.push_back({file.path, file.size});
+  }
+  return files;
+}
+
+void Results::remember(const std::string& folder) {
+  m_folder = folder;
+  for (const std::string& name : list_files(folder, {""})) {
+    const std::string path = platform::join(folder, name);
+    if (is_map_file(name)) m_before[path] = {file_size(path), platform::change_time(path)};
+  }
+}
+
+std::vector<MadeFile> Results::further_made() const {
+  std::vector<MadeFile> files;
+  for (const std::string& name : list_files(m_folder, {""})) {
+    const std::string path = platform::join(m_folder, name);
+    if (!is_map_file(name) || std::find(m_all.begin(), m_all.end(), path) != m_all.end()) continue;
+    const auto before = m_before.find(path);
+    const std::pair now{file_size(path), platform::change_time(path)};
+    if (now.first > 0 && (before == m_before.end() || before->second != now))
+      files.push_back({path, now.first});
   }
   return files;
 }
@@ -117,11 +154,23 @@ Status put_typ_in_place(const BuildPlan& plan) {
   return copy_file(plan.typ_source, plan.typ_copy);
 }
 
+// Files of registered maps are links to those in the output folder: a tool that writes into one of them in
+// place would change the registered map.
+Status give_own_bytes(const std::string& output_folder) {
+  for (const std::string& name : list_files(output_folder, {""})) {
+    if (!is_map_file(name)) continue;
+    if (Status broken = break_hard_link(platform::join(output_folder, name)); !broken.ok()) return broken;
+  }
+  return {};
+}
+
 Status prepare_output(const BuildPlan& plan, const std::string& output_folder, Results& results) {
   if (Status made = make_folder(output_folder); !made.ok()) return made;
   if (!platform::folder_is_writable(output_folder))
     return {output_folder + ": the folder cannot be written to"};
   if (Status cleared = results.clear_the_way(); !cleared.ok()) return cleared;
+  if (Status own = give_own_bytes(output_folder); !own.ok()) return own;
+  results.remember(output_folder);
   return put_typ_in_place(plan);
 }
 
@@ -164,6 +213,10 @@ StageResult conclude(Workspace& workspace, Prompts& prompts, Progress& progress,
   const bool stays = judgement.verdict == Verdict::good ||
                      (judgement.verdict == Verdict::doubtful && !results.replace_older());
   if (stays) report.files = results.made();
+  if (stays && workspace.settings.own_script) {
+    const std::vector<MadeFile> further = results.further_made();
+    report.files.insert(report.files.end(), further.begin(), further.end());
+  }
   tell_problem(prompts, stays ? results.keep() : results.undo());
   if (judgement.verdict != Verdict::good) return StageResult::failed;
   progress.status(timetaken(run.seconds));
@@ -186,13 +239,16 @@ double now() {
   return std::chrono::duration<double>(std::chrono::steady_clock::now().time_since_epoch()).count();
 }
 
-StageResult run_build(Workspace& workspace, Prompts& prompts, Progress& progress, std::string script,
-                      BuildPlan& plan, BuildReport& report) {
+StageResult run_build(Workspace& workspace, Prompts& prompts, Progress& progress,
+                      const BuildServices& services, std::string script, BuildPlan& plan,
+                      BuildReport& report) {
   const std::string output_folder = build_output_folder(workspace.settings);
   workspace.built_files.clear();
   Settings wanted = workspace.settings;
   if (wanted.own_script) plan_for_own_script(workspace, plan, wanted);
   Results results(expected_files(wanted, plan, output_folder), further_files(wanted, plan, output_folder));
+  if (services.release_files && !services.release_files(workspace, results.all()))
+    return StageResult::stopped;
   if (const Status prepared = prepare_output(plan, output_folder, results); !prepared.ok()) {
     tell_problem(prompts, prepared);
     tell_problem(prompts, results.undo());
@@ -251,17 +307,25 @@ Status check_command(const Workspace& workspace) {
   return {prepared_script(command.value, {}, workspace.messages).error};
 }
 
-// An own script says itself what it makes.
-bool delivery_is_possible(const Workspace& workspace, Prompts& prompts) {
-  const bool wants_installer = workspace.settings.installer && !workspace.settings.own_script;
-  return !wants_installer || check_installer(workspace, prompts);
+// What can be told before the time of a build is spent on a map that could not be delivered. An own script
+// says itself what it makes.
+bool delivery_is_possible(Workspace& workspace, Prompts& prompts, const BuildServices& services) {
+  const Settings& settings = workspace.settings;
+  if (settings.register_map && services.registration_obstacle) {
+    const std::string obstacle = services.registration_obstacle(workspace);
+    if (!obstacle.empty()) prompts.tell(obstacle, Icon::warning);
+    if (!obstacle.empty()) return false;
+  }
+  if (settings.own_script) return true;
+  if (settings.device_image && !check_image_folder(workspace, prompts)) return false;
+  return !settings.installer || check_installer(workspace, prompts);
 }
 
 StageResult split_first(Workspace& workspace, Prompts& prompts, Progress& progress,
                         const BuildServices& services, BuildReport& report) {
   workspace.tiles.clear();
   if (check_build(workspace, prompts, progress, services, CheckScope::before_split) == CheckResult::stop ||
-      !delivery_is_possible(workspace, prompts))
+      !delivery_is_possible(workspace, prompts, services))
     return StageResult::stopped;
   if (const Status sound = check_command(workspace); !sound.ok()) {
     prompts.tell(sound.error, Icon::critical);
@@ -309,7 +373,7 @@ BuildReport create_map(Workspace& workspace, Prompts& prompts, Progress& progres
                        const BuildServices& services, CheckScope scope) {
   BuildReport report;
   if (check_build(workspace, prompts, progress, services, scope) == CheckResult::stop ||
-      !delivery_is_possible(workspace, prompts))
+      !delivery_is_possible(workspace, prompts, services))
     return report;
   const ImageDates images_before = image_dates(workspace.settings);
   BuildPlan plan;
@@ -318,7 +382,7 @@ BuildReport create_map(Workspace& workspace, Prompts& prompts, Progress& progres
   for (const std::string& line : plan.log_lines)
     progress.output(line + "\r\n");
   const double start = now();
-  report.result = run_build(workspace, prompts, progress, script, plan, report);
+  report.result = run_build(workspace, prompts, progress, services, script, plan, report);
   report.built = report.result == StageResult::done;
   report.stages.push_back({"build", now() - start});
   report.tiles = plan.map_names.size();
@@ -403,7 +467,10 @@ Result<std::vector<std::string>> planned_commands(Workspace& workspace, Prompts&
   if (const Status selected = apply_selection(workspace, request); !selected.ok())
     return failed<Commands>(selected.error);
   if (lenient_number(settings.fid) == 0) new_id(workspace, prompts);
-  if (!is_fid(trim(settings.fid))) return failed<Commands>(workspace.message(70));
+  settings.fid = fid_number(trim(settings.fid));
+  if (!is_fid(settings.fid)) return failed<Commands>(workspace.message(70));
+  if (const std::string problem = map_id_problem(settings.map_id); !problem.empty())
+    return failed<Commands>(problem);
   Result<BuildPlan> plan = plan_build(workspace, facts);
   if (!plan.ok()) return failed<Commands>(plan.error);
   commands.push_back(std::move(plan.value.command));

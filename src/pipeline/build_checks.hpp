@@ -18,6 +18,10 @@ struct BuildReport;
 struct BuildServices {
   // Fills the lists of registered families and names of the workspace.
   std::function<void(Workspace&)> collect_registered = [](Workspace&) {};
+  // Why the map of a good build could not be registered, as far as that can be told before it; "" otherwise.
+  std::function<std::string(const Workspace&)> registration_obstacle;
+  // Sees to it that no other program holds these files; false when the person gave up.
+  std::function<bool(Workspace&, const std::vector<std::string>&)> release_files;
   // Registers the map of a good build; without it no build registers anything.
   std::function<StageResult(Workspace&, BuildReport&)> register_built;
 };

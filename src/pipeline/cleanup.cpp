@@ -8,6 +8,7 @@
 #include "base/files.hpp"
 #include "base/text.hpp"
 #include "pipeline/registration_repair.hpp"
+#include "pipeline/registry_turn.hpp"
 #include "platform/desktop.hpp"
 #include "platform/files.hpp"
 #include "platform/paths.hpp"
@@ -21,7 +22,7 @@ using Folders = std::vector<std::string>;
 
 namespace {
 
-constexpr int message_select = 20;
+constexpr int message_select = 20, message_installed = 194;
 constexpr std::string_view typ_folder = "typ";
 
 std::string without_end_separators(std::string path) {
@@ -113,6 +114,13 @@ void delete_typ_folder(const std::string& folder) {
 Result<Folders> registered_now(const CleanupServices& services) {
   if (services.registered_folders) return services.registered_folders();
   return failed<Folders>("The registered maps cannot be read.");
+}
+
+// True when it is this program's turn; else that has been told.
+bool took_turn(const CleanupServices& services, Prompts& prompts, RegistryTurn& turn) {
+  const Status taken = services.take_turn ? services.take_turn(turn) : Status{};
+  if (!taken.ok()) prompts.tell(taken.error, Icon::critical);
+  return taken.ok();
 }
 
 bool is_unused(const Workspace& workspace, const Folders& registered, const std::string& folder) {
@@ -213,9 +221,11 @@ StageResult delete_unused_maps(const Workspace& workspace, Prompts& prompts, con
     prompts.tell("Tick box to select folders.", Icon::warning);
     return StageResult::stopped;
   }
-  if (prompts.ask("Are you sure you want to delete these maps?", Buttons::yes_no, Icon::warning) !=
-      Answer::yes)
-    return StageResult::stopped;
+  const std::string question =
+      "Are you sure you want to delete these maps?\r\n" + join_texts(folders, std::string(crlf));
+  if (prompts.ask(question, Buttons::yes_no, Icon::warning) != Answer::yes) return StageResult::stopped;
+  RegistryTurn turn;
+  if (!took_turn(services, prompts, turn)) return StageResult::failed;
   bool all_gone = true;
   for (const std::string& folder : folders) {
     // The map may have been registered while the question stood there.
@@ -244,8 +254,19 @@ Recovery recover_map(const Workspace& workspace, Prompts& prompts, const Cleanup
   prompts.tell("\r\nThe map you want to recover might share an FID with another map!", Icon::warning);
   const std::string registration = registration_in(folders.front());
   if (registration.empty()) return Recovery::nothing_found;
-  const Status opened = services.import_registration(registration);
-  if (opened.ok()) return Recovery::done;
+  RegistryTurn turn;
+  if (!took_turn(services, prompts, turn)) return Recovery::failed;
+  const Result<Folders> registered = registered_now(services);
+  if (registered.ok() && is_registered_folder(registered.value, folders.front())) {
+    prompts.tell("'" + folders.front() + "' is registered already.", Icon::warning);
+    return Recovery::refused;
+  }
+  const Status opened =
+      registered.ok() ? services.import_registration(registration) : Status{registered.error};
+  if (opened.ok()) {
+    prompts.tell("'" + platform::name_of(folders.front()) + "' " + workspace.message(message_installed));
+    return Recovery::done;
+  }
   prompts.tell(opened.error, Icon::critical);
   return Recovery::failed;
 }

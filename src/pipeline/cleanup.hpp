@@ -13,6 +13,8 @@
 
 namespace ferrowen {
 
+class RegistryTurn;
+
 // What the cleanup needs to know from the registry, and asks it to do.
 struct CleanupServices {
   // The folders of all registered families, as this system writes paths. Without a sure answer nothing is
@@ -20,6 +22,8 @@ struct CleanupServices {
   std::function<Result<std::vector<std::string>>()> registered_folders;
   // Registers the map of this .reg file again.
   std::function<Status(const std::string&)> import_registration;
+  // Waits until no other program changes the registry.
+  std::function<Status(RegistryTurn&)> take_turn;
 };
 
 // The folders that maps are built or kept in: those whose subfolders are searched.

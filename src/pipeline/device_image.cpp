@@ -45,7 +45,8 @@ std::string drives_text(const std::vector<platform::Drive>& drives) {
 // A folder of the settings that is not there is most often a device that is not plugged in: making it would
 // put the image on another disk. The drives that are there are named, and the person may choose one.
 std::string existing_folder(const Workspace& workspace, Prompts& prompts) {
-  const std::string folder = image_folder(workspace.settings);
+  const bool is_chosen = folder_exists(workspace.chosen_image_folder);
+  const std::string folder = is_chosen ? workspace.chosen_image_folder : image_folder(workspace.settings);
   const std::string missing = workspace.message(message_no_folder) + std::string(crlf) + folder;
   if (folder.size() < shortest_folder) {
     prompts.tell(missing, Icon::warning);
@@ -207,6 +208,13 @@ std::string copy_obstacle(const CopyFacts& facts, const std::string& folder) {
   if (!facts.free || *facts.free > facts.size || *facts.free + facts.old_size > facts.size) return "";
   return folder + ": not enough space, " + megabytes(facts.size + megabyte) + " are needed and " +
          megabytes(*facts.free + facts.old_size) + " are free";
+}
+
+bool check_image_folder(Workspace& workspace, Prompts& prompts) {
+  workspace.chosen_image_folder.clear();
+  const std::string folder = existing_folder(workspace, prompts);
+  if (folder != image_folder(workspace.settings)) workspace.chosen_image_folder = folder;
+  return !folder.empty();
 }
 
 ImageCopy gmapsupp(const Workspace& workspace, Prompts& prompts, Progress& progress,

@@ -43,6 +43,10 @@ std::string image_folder(const Settings& settings);
 // Where on a plugged-in drive an image belongs: its "Garmin" folder when it has one.
 std::string image_folder_on(const platform::Drive& drive);
 
+// Before a build: whether its image can be brought anywhere. A missing folder is told, and the person may
+// choose another one for this build. False when there is none.
+bool check_image_folder(Workspace& workspace, Prompts& prompts);
+
 struct CopyFacts {
   std::uint64_t size = 0;                     // of the image
   std::uint64_t old_size = 0;                 // of the file that it replaces

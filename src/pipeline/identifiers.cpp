@@ -6,6 +6,7 @@
 
 #include "app/settings_file.hpp"
 #include "base/text.hpp"
+#include "pipeline/installed_maps.hpp"
 
 namespace ferrowen {
 
@@ -53,6 +54,10 @@ bool is_fid(std::string_view text) {
   return is_digits(text) && lenient_number(text) > 0 && lenient_number(text) <= highest_fid;
 }
 
+std::string fid_number(std::string_view text) {
+  return is_fid(text) ? std::to_string(lenient_whole_number(text)) : std::string(text);
+}
+
 void new_id(Workspace& workspace, Prompts& prompts, const Collect& collect) {
   if (workspace.settings.fid_locked) {
     prompts.tell("Please unlock FID", Icon::warning);
@@ -97,8 +102,9 @@ bool fid_is_unregistered(Workspace& workspace, Prompts& prompts, const Collect& 
   const std::string question =
       "FID " + settings.fid + " " + workspace.message(175) + "\r\nLet ferrowen create new FID?";
   if (prompts.ask(question) == Answer::yes) {
+    const std::string taken = settings.fid;
     new_id(workspace, prompts, collect);
-    return true;
+    return settings.fid != taken;  // why there is no other one has been told
   }
   prompts.tell(workspace.message(198));
   if (const Status saved = savedata(workspace); !saved.ok()) prompts.tell(saved.error, Icon::critical);
@@ -108,7 +114,7 @@ bool fid_is_unregistered(Workspace& workspace, Prompts& prompts, const Collect& 
 // A product of this name is installed: its FID is in use.
 bool name_is_unused(const Workspace& workspace, Prompts& prompts) {
   const Settings& settings = workspace.settings;
-  if (!comma_list_holds(workspace.registered_names, settings.map_name)) return true;
+  if (!is_registered_product(workspace, settings.map_name)) return true;
   const std::string exists = "FID " + settings.fid + workspace.message(228);
   if (settings.register_map) {
     prompts.tell(exists + ". Cannot Continue.\r\n\r\nClick green 'new' to create new FID.", Icon::warning);
@@ -128,18 +134,20 @@ bool check_fid(Workspace& workspace, Prompts& prompts, const Collect& collect) {
     prompts.tell(workspace.message(70), Icon::warning);
     return false;
   }
+  settings.fid = fid_number(settings.fid);
   return fid_is_unregistered(workspace, prompts, collect) && name_is_unused(workspace, prompts);
+}
+
+std::string map_id_problem(const std::string& id) {
+  if (lenient_number(id) == 0) return "Map ID:" + id + "?";
+  return id.size() == map_id_length ? "" : "8 numbers?";
 }
 
 bool check_map_id(const Workspace& workspace, Prompts& prompts) {
   const Settings& settings = workspace.settings;
   const std::string& id = settings.map_id;
-  if (lenient_number(id) == 0) {
-    prompts.tell("Map ID:" + id + "?", Icon::warning);
-    return false;
-  }
-  if (id.size() != map_id_length) {
-    prompts.tell("8 numbers?", Icon::warning);
+  if (const std::string problem = map_id_problem(id); !problem.empty()) {
+    prompts.tell(problem, Icon::warning);
     return false;
   }
   const bool on_device = comma_list_holds(workspace.device_map_ids, id);
@@ -158,11 +166,13 @@ Registered id_exists(Workspace& workspace, Prompts& prompts, const Collect& coll
   const bool nothing_collected = trim(workspace.registered_fids) == ",";
   if (collect && (settings.always_collect_fids || nothing_collected)) collect(workspace);
   if (!settings.register_map) return Registered::free;
-  if (settings.map_name != previous_name && comma_list_holds(workspace.registered_names, settings.map_name)) {
+  const bool is_other = settings.map_name != previous_name;
+  if (is_other && is_registered_product(workspace, settings.map_name)) {
+    workspace.product_to_replace = std::string(trim(settings.map_name));
     prompts.tell("Mapname '" + settings.map_name + "'" + workspace.message(16), Icon::warning);
     return Registered::name_exists;
   }
-  if (!comma_list_holds(workspace.registered_fids, settings.fid)) return Registered::free;
+  if (!comma_list_holds(workspace.registered_fids, fid_number(settings.fid))) return Registered::free;
   prompts.tell("FID " + settings.fid + " exists in Basecamp. ", Icon::warning);
   return Registered::fid_exists;
 }
@@ -173,6 +183,7 @@ bool confirm_new_map(Workspace& workspace, Prompts& prompts, const std::string& 
   const std::string question =
       "A map has been created but not uploaded!\r\n '" + built_name + "'\r\n Create a new map anyway?";
   if (prompts.ask(question) != Answer::yes) return false;
+  // Only behind the first question: at every map it would be asked for nothing.
   if (prompts.ask("Reset FID & Map ID?") != Answer::yes) return true;
   new_id(workspace, prompts, collect);
   if (const Status saved = savedata(workspace); !saved.ok()) prompts.tell(saved.error, Icon::critical);

@@ -25,6 +25,9 @@ std::optional<int> free_fid(int base, const std::string& registered, const std::
 // True for a whole number that mkgmap takes for a family ID.
 bool is_fid(std::string_view text);
 
+// A family ID without zeros in front; any other text as it is.
+std::string fid_number(std::string_view text);
+
 // Fills the lists of registered families and names; see BuildServices.
 using Collect = std::function<void(Workspace&)>;
 
@@ -34,6 +37,8 @@ void new_id(Workspace& workspace, Prompts& prompts, const Collect& collect = {})
 
 // FID check when a build starts: false when the build must not go on.
 bool check_fid(Workspace& workspace, Prompts& prompts, const Collect& collect = {});
+// Why this is no map ID; "" when it is one.
+std::string map_id_problem(const std::string& id);
 // Map-ID check when a build starts, against the IDs that the user's device holds.
 bool check_map_id(const Workspace& workspace, Prompts& prompts);
 

@@ -5,6 +5,7 @@
 #include <set>
 
 #include "base/files.hpp"
+#include "base/fold_name.hpp"
 #include "base/text.hpp"
 #include "pipeline/registration_text.hpp"
 #include "platform/paths.hpp"
@@ -29,6 +30,11 @@ std::string fid_text(const Registry::Key& key) {
                         (static_cast<unsigned char>(id->data[1]) << 8));
 }
 
+std::string location_text(const Registry::Key& product, const Registry::Key& family) {
+  const std::string own = text_value(product, "LOC");
+  return own.empty() ? text_value(family, "LOC") : own;
+}
+
 // Collects from one registry; a fault is told once, however many keys it hits.
 class Collection {
  public:
@@ -46,7 +52,7 @@ class Collection {
       collect_packages(folder);
     std::vector<std::pair<std::string, std::size_t>> order;
     for (std::size_t i = 0; i < m_maps.size(); ++i)
-      order.emplace_back(lower_ascii(m_maps[i].product), i);
+      order.emplace_back(fold_name(m_maps[i].product), i);
     std::sort(order.begin(), order.end());
     std::vector<InstalledMap> sorted;
     sorted.reserve(m_maps.size());
@@ -67,15 +73,15 @@ class Collection {
     for (const std::string& family : read(place).subkeys) {
       const std::string path = place + "\\" + family;
       const Registry::Key key = read(path);
-      // A family may stand on two lists; the first one is the one that the programs use.
       const std::string fid = fid_text(key);
-      if (!m_known.insert(lower_ascii(family) + "\n" + fid).second) continue;
       const Registry::Key product = read(path + R"(\1)");
+      // A family may stand on two lists; the first one is the one that the programs use.
+      const std::string location = location_text(product, key);
+      if (!m_known.insert(fold_name(family) + "\n" + fid + "\n" + fold_name(location)).second) continue;
       const auto text = [&](std::string_view name) {
         const std::string own = text_value(product, name);
         return own.empty() ? text_value(key, name) : own;
       };
-      const std::string location = text("LOC");
       m_maps.push_back({family, fid, text("TYP"), location, text("TDB"), text("BMAP"), text("IDX"),
                         text("MDR"), path, m_registry.system_path(location)});
     }
@@ -138,7 +144,9 @@ std::vector<std::string> keys_of_family(Registry& registry, const InstalledMap& 
     for (const std::string_view place : family_places) {
       std::string path = garmin_machine_key(wow64) + std::string(place) + "\\" + map.product;
       const Registry::Key key = registry.key(path);
-      if (key.exists && fid_text(key) == map.fid) keys.push_back(std::move(path));
+      if (!key.exists || fid_text(key) != map.fid) continue;
+      if (same_name(location_text(registry.key(path + R"(\1)"), key), map.location))
+        keys.push_back(std::move(path));
     }
   }
   return keys;
@@ -158,6 +166,16 @@ std::vector<InstalledMap> installed_maps(Registry& registry, const MessageTable&
   return Collection(registry, messages, prompts).collect();
 }
 
+std::vector<InstalledMap> maps_of_own_store(const Workspace& workspace, const Registry& open,
+                                            Prompts& prompts) {
+  const std::unique_ptr<Registry> store = store_beside(workspace, open);
+  if (!store) return {};
+  std::vector<InstalledMap> maps = installed_maps(*store, workspace.messages, prompts);
+  for (InstalledMap& map : maps)
+    map.key.clear();
+  return maps;
+}
+
 std::vector<InstalledMap> querymapsource(Workspace& workspace, Registry& registry, Prompts& prompts,
                                          Progress& progress) {
   progress.status(workspace.message(message_collecting));
@@ -165,11 +183,24 @@ std::vector<InstalledMap> querymapsource(Workspace& workspace, Registry& registr
   std::vector<InstalledMap> maps = installed_maps(registry, workspace.messages, prompts);
   workspace.registered_fids = ",";
   workspace.registered_names = ",";
+  workspace.registered_products.clear();
+  workspace.registered_are_known = true;
+  const auto add_fid = [&](const InstalledMap& map) {
+    if (!map.fid.empty()) workspace.registered_fids += map.fid + ",";
+  };
   for (const InstalledMap& map : maps) {
-    workspace.registered_fids += map.fid.empty() ? "" : map.fid + ",";
+    add_fid(map);
     workspace.registered_names += map.product + ",";
+    workspace.registered_products.push_back(map.product);
   }
+  for (const InstalledMap& map : maps_of_own_store(workspace, registry, prompts))
+    add_fid(map);
   return maps;
+}
+
+bool is_registered_product(const Workspace& workspace, std::string_view name) {
+  const auto named = [&](const std::string& product) { return same_name(product, trim(name)); };
+  return std::any_of(workspace.registered_products.begin(), workspace.registered_products.end(), named);
 }
 
 std::string value_text(const platform::RegistryValue& value) {

@@ -26,7 +26,15 @@ std::vector<InstalledMap> installed_maps(Registry& registry, const MessageTable&
 std::vector<InstalledMap> querymapsource(Workspace& workspace, Registry& registry, Prompts& prompts,
                                          Progress& progress);
 
-// Every key that this family has, on whatever list it stands.
+// The maps of the program's own store when another registry is the open one: their folders and FIDs are in
+// use too. They have no key, which would be one of that other registry.
+std::vector<InstalledMap> maps_of_own_store(const Workspace& workspace, const Registry& open,
+                                            Prompts& prompts);
+// Whether a product of this name is registered, as the registry compares names.
+bool is_registered_product(const Workspace& workspace, std::string_view name);
+
+// Every key that this family has, on whatever list it stands. Another family of the same name has another
+// family ID or another folder.
 std::vector<std::string> keys_of_family(Registry& registry, const InstalledMap& map);
 
 // Product, FID, TYP and location of the text of a package's Info.xml; blank where it says nothing.

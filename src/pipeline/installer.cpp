@@ -53,7 +53,8 @@ std::vector<std::string> scripts_in(const std::string& folder) {
   return names;
 }
 
-// The script of the last build where there is a choice; else the first of the list.
+// Where there is a choice, the script of the last build: the first of the list would most often be that of
+// another map, whose installer nobody asked for. The message names the one that is taken.
 std::string chosen_script(const Workspace& workspace, const std::vector<std::string>& names) {
   for (const std::string& path : workspace.built_files) {
     const auto found = std::find(names.begin(), names.end(), platform::name_of(path));

@@ -11,6 +11,7 @@
 #include "pipeline/build_plan.hpp"
 #include "pipeline/build_run.hpp"
 #include "pipeline/device_image.hpp"
+#include "pipeline/installed_maps.hpp"
 #include "pipeline/tiles/tile_list.hpp"
 #include "platform/files.hpp"
 #include "platform/paths.hpp"
@@ -81,7 +82,7 @@ std::string registration_file(const Workspace& workspace) {
 // Only a map that the Garmin programs know under this name needs its .reg file: without it the archive could
 // not be registered again. A map that was never registered is whole without one.
 bool needs_registration_file(const Workspace& workspace) {
-  return comma_list_holds(workspace.registered_names, trim(workspace.settings.map_name));
+  return is_registered_product(workspace, workspace.settings.map_name);
 }
 
 void add(std::vector<FileToCopy>& files, const std::string& path, const std::string& prefix) {

@@ -16,6 +16,7 @@
 #include "pipeline/build_plan.hpp"
 #include "pipeline/identifiers.hpp"
 #include "pipeline/installed_maps.hpp"
+#include "pipeline/map_folder.hpp"
 #include "pipeline/registration_repair.hpp"
 #include "pipeline/registry_turn.hpp"
 #include "platform/files.hpp"
@@ -26,9 +27,8 @@ namespace ferrowen {
 namespace {
 
 constexpr int message_error_adding = 97, message_cancelled = 148, message_installed = 194,
-              message_cannot_find = 89;
+              message_cannot_find = 89, message_name_exists = 229;
 constexpr std::string_view image_of_a_device = "gmapsupp.img";
-constexpr std::string_view last_used_name = "0.reg";
 constexpr std::string_view temporary_part = "~tmp";
 constexpr std::size_t typ_fid_offset = 0x2F;
 constexpr const char* not_registered =
@@ -39,15 +39,6 @@ constexpr const char* use_another_folder =
 
 bool has_ending(const std::string& path, std::string_view ending) {
   return ends_with_ignoring_case(path, ending);
-}
-
-std::string product_of(const Settings& settings) { return std::string(trim(settings.map_name)); }
-
-// A key's name ends at a backslash, and a line at its end.
-std::string product_problem(const std::string& product) {
-  const auto cannot_stand = [](char c) { return c == '\\' || static_cast<unsigned char>(c) < ' '; };
-  if (std::none_of(product.begin(), product.end(), cannot_stand)) return "";
-  return "'" + product + "' cannot be registered: its name holds a backslash or a control character.";
 }
 
 // The files of one build by what they are.
@@ -92,32 +83,6 @@ MapFiles sort_files(const Settings& settings, const std::vector<std::string>& fi
 
 std::string without_temporary_part(const std::string& name) { return replace_all(name, temporary_part, ""); }
 
-// Why the folder cannot become the map's; a folder with other things in it must never be taken for a map's.
-std::string folder_obstacle(const std::string& folder) {
-  if (!file_exists(folder)) return "";
-  if (!folder_exists(folder) || platform::is_link(folder)) return folder + " is in the way.";
-  const std::vector<std::string> names = list_files(folder, {""});
-  const bool holds_map = std::any_of(names.begin(), names.end(), [](const std::string& name) {
-    return has_ending(name, ".tdb") || has_ending(name, ".reg");
-  });
-  const bool is_empty = names.empty() && list_folders(folder).empty();
-  if (holds_map || is_empty) return "";
-  return folder + " holds other files than those of a map. Choose another map name or output folder.";
-}
-
-// What an earlier map of this name left there and the new one does not have.
-Status remove_stale(const std::string& folder, const std::vector<FileToCopy>& files) {
-  for (const std::string& name : list_files(folder, {""})) {
-    const bool is_map = has_ending(name, ".img") || has_ending(name, ".mdx") || has_ending(name, ".tdb") ||
-                        has_ending(name, ".reg");
-    const bool is_new =
-        std::any_of(files.begin(), files.end(), [&](const FileToCopy& file) { return file.name == name; });
-    if (!is_map || is_new) continue;
-    if (Status removed = remove_file(platform::join(folder, name)); !removed.ok()) return removed;
-  }
-  return {};
-}
-
 // A TYP whose family is another one is ignored by the Garmin programs.
 std::string with_family(std::string typ, int fid) {
   if (typ.size() < typ_fid_offset + 2) return typ;
@@ -126,16 +91,33 @@ std::string with_family(std::string typ, int fid) {
   return typ;
 }
 
-Result<std::string> place_typ(const std::string& source, const std::string& folder, int fid) {
-  if (source.empty()) return {};
-  const Result<std::string> bytes = read_file(source);
-  if (!bytes.ok()) return failed<std::string>(bytes.error);
-  const std::string typ_folder = platform::join(folder, "typ");
-  if (const Status made = make_folder(typ_folder); !made.ok()) return failed<std::string>(made.error);
-  std::string path = platform::join(typ_folder, without_temporary_part(platform::name_of(source)));
-  const Status written = safe_write(path, with_family(bytes.value, fid));
-  return written.ok() ? Result<std::string>{path, ""} : failed<std::string>(written.error);
-}
+// What is written for the map itself lies here until all files go into its folder together.
+class Staging {
+ public:
+  explicit Staging(const Workspace& workspace) : m_folder(workspace.path("system/registration")) {}
+  ~Staging() {
+    for (const std::string& path : m_files)
+      static_cast<void>(remove_file(path));  // a copy that nothing needs any more
+    std::error_code ignored;
+    std::filesystem::remove(platform::file_system_path(m_folder), ignored);
+  }
+  Staging(const Staging&) = delete;
+  Staging& operator=(const Staging&) = delete;
+
+  // Adds the file to those that are copied.
+  Status add(std::vector<FileToCopy>& copies, const std::string& name, std::string_view bytes) {
+    if (Status made = make_folder(m_folder); !made.ok()) return made;
+    const std::string path = platform::join(m_folder, std::to_string(m_files.size()));
+    m_files.push_back(path);
+    if (Status written = safe_write(path, bytes); !written.ok()) return written;
+    copies.push_back({path, name});
+    return {};
+  }
+
+ private:
+  std::string m_folder;
+  std::vector<std::string> m_files;
+};
 
 // The paths of the text, as the Garmin programs see them; the error names one that they cannot see.
 Status write_paths(Registry& registry, const std::string& folder, const MapFiles& files,
@@ -191,19 +173,40 @@ std::vector<std::string> paths_in(const std::string& folder) {
 
 }  // namespace
 
-std::string registered_map_folder(const Settings& settings) {
-  const std::string name = without_temporary_part(replace_all(product_of(settings), " ", "_"));
-  return platform::join(platform::absolute(build_output_folder(settings)), as_file_name(name));
-}
-
 namespace {
 
-// The folder, with its files, the TYP and the text, in this order.
-Result<Registration> fill_map_folder(const Workspace& workspace, Progress& progress, Registry& registry,
-                                     const MapFiles& files, Registration made, int fid) {
-  std::vector<FileToCopy> copies;
+// All files of the map: the built ones, the TYP and the text, with the list of them.
+Status gather_files(Registry& registry, const MapFiles& files, int fid, Registration& made, Staging& staging,
+                    std::vector<FileToCopy>& copies) {
   for (const std::string& path : files.images)
     copies.push_back({path, platform::name_of(path)});
+  std::string typ;
+  if (!files.typ.empty()) {
+    const std::string name = without_temporary_part(platform::name_of(files.typ));
+    const Result<std::string> bytes = read_file(files.typ);
+    if (!bytes.ok()) return {bytes.error};
+    typ = platform::join(platform::join(made.folder, "typ"), name);
+    if (Status staged = staging.add(copies, "typ/" + name, with_family(bytes.value, fid)); !staged.ok())
+      return staged;
+  }
+  if (Status seen = write_paths(registry, made.folder, files, typ, made.facts); !seen.ok()) return seen;
+  const std::string text = as_file_name(made.facts.family) + ".reg";
+  made.file = platform::join(made.folder, text);
+  if (Status staged = staging.add(copies, text, encode_registry_text(registration_text(made.facts)));
+      !staged.ok())
+    return staged;
+  return staging.add(copies, std::string(map_file_list), map_file_list_text(copies));
+}
+
+Result<Registration> fill_map_folder(const Workspace& workspace, Progress& progress, Registry& registry,
+                                     const MapFiles& files, Registration made, int fid) {
+  Staging staging(workspace);
+  std::vector<FileToCopy> copies;
+  if (const Status gathered = gather_files(registry, files, fid, made, staging, copies); !gathered.ok())
+    return failed<Registration>(gathered.error);
+  if (const std::string foreign = foreign_file(made.folder, copies); !foreign.empty())
+    return failed<Registration>(foreign + " was not put there by a registration and is not replaced.");
+  const std::vector<std::string> older = listed_map_files(made.folder);
   const auto show = [&](double done) {
     progress.fraction(done);
     progress.process_events();
@@ -211,15 +214,8 @@ Result<Registration> fill_map_folder(const Workspace& workspace, Progress& progr
   };
   const Status copied = copy_file_set(copies, made.folder, show, workspace.message(message_cancelled), true);
   if (!copied.ok()) return failed<Registration>(copied.error);
-  if (const Status cleared = remove_stale(made.folder, copies); !cleared.ok())
-    return failed<Registration>(cleared.error);
-  const Result<std::string> typ = place_typ(files.typ, made.folder, fid);
-  if (!typ.ok()) return failed<Registration>(typ.error);
-  if (const Status written = write_paths(registry, made.folder, files, typ.value, made.facts); !written.ok())
-    return failed<Registration>(written.error);
-  made.file = platform::join(made.folder, as_file_name(made.facts.family) + ".reg");
-  const Status written = safe_write(made.file, encode_registry_text(registration_text(made.facts)));
-  return written.ok() ? Result<Registration>{made, ""} : failed<Registration>(written.error);
+  const Status cleared = remove_older_files(made.folder, older, copies);
+  return cleared.ok() ? Result<Registration>{made, ""} : failed<Registration>(cleared.error);
 }
 
 // The family ID that the built map carries itself; an own script may have given it another one.
@@ -235,12 +231,16 @@ std::string built_fid(const std::vector<std::string>& files) {
 // True (and told) when the product or its family ID is registered already.
 bool is_registered(Workspace& workspace, Prompts& prompts, Registry& registry) {
   const std::string product = product_of(workspace.settings);
-  const bool told = id_exists(workspace, prompts, {}) != Registered::free;
+  const bool name_told = id_exists(workspace, prompts, {}) == Registered::name_exists;
   const bool key_exists = registry.key(family_key(product, registry.is_64bit())).exists;
   const std::string own_fid = built_fid(workspace.built_files);
   const std::string fid = own_fid.empty() ? workspace.settings.fid : own_fid;
-  if (!told && !key_exists && !comma_list_holds(workspace.registered_fids, fid)) return false;
-  prompts.tell("FID " + fid + " exists in Mapsource. Can't upload map.", Icon::warning);
+  if (comma_list_holds(workspace.registered_fids, fid))
+    prompts.tell("FID " + fid + " exists in Mapsource. Can't upload map.", Icon::warning);
+  else if (key_exists && !name_told)
+    prompts.tell(workspace.message(message_name_exists) + product, Icon::warning);
+  else
+    return name_told;
   return true;
 }
 
@@ -259,21 +259,12 @@ Result<Registration> create_mapsourcefiles(const Workspace& workspace, Progress&
   made.facts.wow64 = registry.is_64bit();
   const std::optional<int> fid = fid_of_bytes(made.facts.fid_bytes);
   if (!fid) return failed<Registration>(files.tdb + ": this file does not begin as a TDB file does.");
-  if (const std::string obstacle = folder_obstacle(made.folder); !obstacle.empty())
-    return failed<Registration>(obstacle);
-  const bool is_new = !file_exists(made.folder);
-  const std::string folder = made.folder;
-  Result<Registration> filled = fill_map_folder(workspace, progress, registry, files, std::move(made), *fid);
-  if (!filled.ok() && is_new) {
-    std::error_code ignored;  // nothing but what was just put there
-    std::filesystem::remove_all(platform::file_system_path(folder), ignored);
-  }
-  return filled;
+  return fill_map_folder(workspace, progress, registry, files, std::move(made), *fid);
 }
 
 Status regi(Workspace& workspace, Prompts& prompts, Progress& progress, Registry& registry,
             const Registration& registration, const std::string& detail) {
-  const std::string last_used = platform::join(registration.folder, last_used_name);
+  const std::string last_used = platform::join(registration.folder, std::string(last_used_registration));
   const std::string text = last_used_text({registration.facts.fid_bytes, registry.user_identifier(), detail});
   if (Status written = safe_write(last_used, encode_registry_text(text)); !written.ok()) return written;
   const auto tick = [&] { progress.process_events(); };
@@ -295,11 +286,21 @@ void tell_not_registered(const Workspace& workspace, Prompts& prompts, const std
 
 namespace {
 
-// Half a family would only confuse the Garmin programs; what can be taken back is.
+bool holds_family(Registry& registry, const Registration& registration) {
+  const std::string families = family_key("", registration.facts.wow64);
+  const std::vector<std::string> names = registry.key(families.substr(0, families.size() - 1)).subkeys;
+  return std::find(names.begin(), names.end(), registration.facts.family) != names.end();
+}
+
+// Half a family would only confuse the Garmin programs; what can be taken back is. Only a key that the import
+// made: one that was there before, under another spelling of the same name, is somebody else's.
 std::string take_back(Workspace& workspace, Prompts& prompts, Progress& progress, Registry& registry,
                       const Registration& registration) {
-  const Status removed = registry.remove_key(family_key(registration.facts.family, registration.facts.wow64),
-                                             [&] { progress.process_events(); });
+  registry.refresh();
+  Status removed;
+  if (holds_family(registry, registration))
+    removed = registry.remove_key(family_key(registration.facts.family, registration.facts.wow64),
+                                  [&] { progress.process_events(); });
   querymapsource(workspace, registry, prompts, progress);
   return removed.ok() ? "" : "\r\n" + removed.error;
 }
@@ -307,13 +308,19 @@ std::string take_back(Workspace& workspace, Prompts& prompts, Progress& progress
 // With the registry to itself: nobody else registers between the look and the import.
 StageResult register_in_turn(Workspace& workspace, Prompts& prompts, Progress& progress, Registry& registry,
                              BuildReport& report, const HeldFiles& held) {
-  querymapsource(workspace, registry, prompts, progress);
+  std::vector<InstalledMap> maps = querymapsource(workspace, registry, prompts, progress);
+  const std::vector<InstalledMap> stored = maps_of_own_store(workspace, registry, prompts);
+  maps.insert(maps.end(), stored.begin(), stored.end());
   // Where it cannot be told what is registered, nothing is added.
   if (const std::string problem = registry.problem(); !problem.empty()) {
     prompts.tell(workspace.message(message_error_adding) + "\r\n" + problem, Icon::critical);
     return StageResult::failed;
   }
   if (is_registered(workspace, prompts, registry)) return StageResult::stopped;
+  if (const std::string obstacle = registration_obstacle(workspace.settings, maps); !obstacle.empty()) {
+    prompts.tell(obstacle, Icon::warning);
+    return StageResult::stopped;
+  }
   const std::string folder = registered_map_folder(workspace.settings);
   if (!release_files(workspace, prompts, progress, paths_in(folder), held)) return StageResult::stopped;
   const Result<Registration> made =
@@ -324,15 +331,15 @@ StageResult register_in_turn(Workspace& workspace, Prompts& prompts, Progress& p
       prompts.tell(use_another_folder, Icon::warning);
     return StageResult::failed;
   }
+  const bool was_there = holds_family(registry, made.value);
   if (const Status imported = regi(workspace, prompts, progress, registry, made.value); !imported.ok()) {
-    const std::string left = take_back(workspace, prompts, progress, registry, made.value);
+    const std::string left = was_there ? "" : take_back(workspace, prompts, progress, registry, made.value);
     tell_not_registered(workspace, prompts, imported.error + left);
     return StageResult::failed;
   }
   report.registered_folder = made.value.folder;
-  const std::string text = "'" + made.value.facts.family + "' " + workspace.message(message_installed);
-  progress.status(text);
-  prompts.tell(text);
+  progress.status("");
+  prompts.tell("'" + made.value.facts.family + "' " + workspace.message(message_installed));
   return StageResult::done;
 }
 
@@ -340,11 +347,6 @@ StageResult register_in_turn(Workspace& workspace, Prompts& prompts, Progress& p
 
 StageResult register_built_map(Workspace& workspace, Prompts& prompts, Progress& progress, Registry& registry,
                                BuildReport& report, const HeldFiles& held) {
-  const std::string product = product_of(workspace.settings);
-  if (const std::string problem = product_problem(product); !problem.empty()) {
-    prompts.tell(problem, Icon::warning);
-    return StageResult::stopped;
-  }
   RegistryTurn turn;
   if (const Status mine = turn.take(progress); !mine.ok()) {
     prompts.tell(workspace.message(message_error_adding) + "\r\n" + mine.error, Icon::critical);
@@ -353,17 +355,36 @@ StageResult register_built_map(Workspace& workspace, Prompts& prompts, Progress&
   return register_in_turn(workspace, prompts, progress, registry, report, held);
 }
 
-BuildServices build_services(Prompts& prompts, Progress& progress) {
+namespace {
+
+std::string obstacle_before_build(const Workspace& workspace, Prompts& prompts) {
+  const std::unique_ptr<Registry> registry = open_registry(workspace);
+  // One that cannot be read has been told; the map is built all the same, for its other uses.
+  if (!registry->problem().empty()) return "";
+  std::vector<InstalledMap> maps = installed_maps(*registry, workspace.messages, prompts);
+  const std::vector<InstalledMap> stored = maps_of_own_store(workspace, *registry, prompts);
+  maps.insert(maps.end(), stored.begin(), stored.end());
+  return registration_obstacle(workspace.settings, maps);
+}
+
+}  // namespace
+
+BuildServices build_services(Prompts& prompts, Progress& progress, const HeldFiles& held) {
   BuildServices services;
-  services.collect_registered = [&prompts, &progress,
-                                 collected = std::make_shared<bool>(false)](Workspace& workspace) {
-    // Once for a build; the checks ask for it again where the settings want that.
-    if (*collected && !workspace.settings.always_collect_fids) return;
-    *collected = true;
+  services.collect_registered = [&prompts, &progress](Workspace& workspace) {
+    // Once at the start of the program, and at every check where the settings want that.
+    if (workspace.registered_are_known && !workspace.settings.always_collect_fids) return;
     querymapsource(workspace, *open_registry(workspace), prompts, progress);
   };
-  services.register_built = [&prompts, &progress](Workspace& workspace, BuildReport& report) {
-    return register_built_map(workspace, prompts, progress, *open_registry(workspace), report);
+  services.registration_obstacle = [&prompts](const Workspace& workspace) {
+    return obstacle_before_build(workspace, prompts);
+  };
+  services.release_files = [&prompts, &progress, held](Workspace& workspace,
+                                                       const std::vector<std::string>& files) {
+    return release_files(workspace, prompts, progress, files, held);
+  };
+  services.register_built = [&prompts, &progress, held](Workspace& workspace, BuildReport& report) {
+    return register_built_map(workspace, prompts, progress, *open_registry(workspace), report, held);
   };
   return services;
 }
@@ -378,11 +399,22 @@ CleanupServices cleanup_services(Workspace& workspace, Prompts& prompts, Progres
     for (const InstalledMap& map : querymapsource(workspace, *registry, prompts, progress)) {
       if (!map.path.empty()) folders.value.push_back(map.path);
     }
+    for (const InstalledMap& map : maps_of_own_store(workspace, *registry, prompts)) {
+      if (!map.path.empty()) folders.value.push_back(map.path);
+    }
+    if (const std::unique_ptr<Registry> store = store_beside(workspace, *registry);
+        store && !store->problem().empty())
+      return failed<Folders>(store->problem());
     return folders;
   };
   services.import_registration = [&](const std::string& file) {
-    return import_registration(*open_registry(workspace), progress, file);
+    const std::unique_ptr<Registry> registry = open_registry(workspace);
+    Status recovered = recovery_problem(*registry, file);
+    if (recovered.ok()) recovered = import_registration(*registry, progress, file);
+    querymapsource(workspace, *registry, prompts, progress);
+    return recovered;
   };
+  services.take_turn = [&](RegistryTurn& turn) { return turn.take(progress); };
   return services;
 }
 

@@ -13,6 +13,7 @@
 #include "pipeline/build_checks.hpp"
 #include "pipeline/cleanup.hpp"
 #include "pipeline/garmin_programs.hpp"
+#include "pipeline/map_folder.hpp"
 #include "pipeline/registration_text.hpp"
 
 namespace ferrowen {
@@ -23,11 +24,8 @@ struct Registration {
   RegistrationFacts facts;  // as they were written
 };
 
-// Output folder + product name with blanks as "_".
-std::string registered_map_folder(const Settings& settings);
-
-// Copies the built files (hard links where possible) and the TYP into the map folder and writes
-// <product>.reg there. Copying that fails leaves the folder as it was; a new folder goes when anything fails.
+// Copies the built files (hard links where possible), the TYP, <product>.reg and the list of all of these
+// into the map folder, together or not at all.
 Result<Registration> create_mapsourcefiles(const Workspace& workspace, Progress& progress, Registry& registry,
                                            const std::vector<std::string>& built_files);
 // Writes 0.reg, imports both texts and reads the family back: the names of the values that are not there as
@@ -42,13 +40,18 @@ void tell_not_registered(const Workspace& workspace, Prompts& prompts, const std
 StageResult register_built_map(Workspace& workspace, Prompts& prompts, Progress& progress, Registry& registry,
                                BuildReport& report, const HeldFiles& held = {});
 
-// Deletes the keys of a product and the files in its folder, after a question.
+// The map to remove: by its key, or by its product and, where several have the same one, by its FID.
+struct MapChoice {
+  std::string product, fid = {}, key = {};
+};
+// Deletes the keys of a map and the files in its folder, after a question. Told when no map or several are
+// meant.
 StageResult remove_registered_map(Workspace& workspace, Prompts& prompts, Progress& progress,
-                                  Registry& registry, const std::string& product, const HeldFiles& held = {});
+                                  Registry& registry, const MapChoice& choice, const HeldFiles& held = {});
 
 // What a build needs of this stage, for the command line and the window alike. The references must outlive
 // it.
-BuildServices build_services(Prompts& prompts, Progress& progress);
+BuildServices build_services(Prompts& prompts, Progress& progress, const HeldFiles& held = {});
 // The same for the cleanup of unused maps.
 CleanupServices cleanup_services(Workspace& workspace, Prompts& prompts, Progress& progress);
 

@@ -9,6 +9,7 @@
 #include "pipeline/installed_maps.hpp"
 #include "pipeline/registration.hpp"
 #include "pipeline/registration_text.hpp"
+#include "pipeline/registry_turn.hpp"
 #include "platform/paths.hpp"
 
 namespace ferrowen {
@@ -52,6 +53,25 @@ std::string registration_in(const std::string& folder) {
   return found == names.end() ? "" : platform::join(folder, *found);
 }
 
+Status recovery_problem(Registry& registry, const std::string& file) {
+  const Result<std::string> bytes = read_file(file);
+  if (!bytes.ok()) return {bytes.error};
+  const RegistryText text = parse_registry_file(bytes.value);
+  if (const std::string problem = text_problem(text); !problem.empty()) return {file + ": " + problem};
+  const std::string folder = platform::folder_of(platform::absolute(file));
+  for (const RegistryChange& change : text.changes) {
+    const Registry::Key wanted{true, {}, change.values, {}};
+    const std::string location = registry.system_path(text_value(wanted, "LOC"));
+    if (find_value(wanted, "LOC") != nullptr && !same_file(location, folder))
+      return {file + ": this text registers a map in another folder, " + location};
+    const Registry::Key known = registry.key(change.key);
+    const std::string now = registry.system_path(text_value(known, "LOC"));
+    if (find_value(known, "LOC") != nullptr && !same_file(now, folder))
+      return {change.key + ": a map of this name is registered already, in " + now};
+  }
+  return {};
+}
+
 Status import_registration(Registry& registry, Progress& progress, const std::string& file) {
   const Result<std::string> bytes = read_file(file);
   if (!bytes.ok()) return {bytes.error};
@@ -77,7 +97,11 @@ StageResult fix_registry_problem(Workspace& workspace, Prompts& prompts, Progres
     if (!chosen) return StageResult::stopped;
     file = *chosen;
   }
-  const Status imported = import_registration(registry, progress, file);
+  RegistryTurn turn;
+  Status imported = turn.take(progress);
+  if (imported.ok()) registry.refresh();
+  if (imported.ok()) imported = recovery_problem(registry, file);
+  if (imported.ok()) imported = import_registration(registry, progress, file);
   querymapsource(workspace, registry, prompts, progress);
   if (!imported.ok()) {
     tell_not_registered(workspace, prompts, imported.error);

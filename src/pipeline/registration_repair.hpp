@@ -18,6 +18,10 @@ std::string registration_in(const std::string& folder);
 // holds other keys than those of Garmin maps; the error then says so, or names what could not be read back.
 Status import_registration(Registry& registry, Progress& progress, const std::string& file);
 
+// Why this text does not register the map in whose folder it lies, or would take a registered one away: its
+// families lie in other folders, or are registered with another one.
+Status recovery_problem(Registry& registry, const std::string& file);
+
 // "Fix Registry Problem": takes in the text of the map that the settings name, or of one that the person
 // chooses.
 StageResult fix_registry_problem(Workspace& workspace, Prompts& prompts, Progress& progress,

@@ -54,6 +54,11 @@ std::optional<int> fid_of_bytes(std::string_view fid_bytes) {
   return static_cast<unsigned char>((*bytes)[0]) | (static_cast<unsigned char>((*bytes)[1]) << 8);
 }
 
+std::string fid_bytes_text(int fid) {
+  return two_digits(static_cast<unsigned char>(fid & 0xFF)) + "," +
+         two_digits(static_cast<unsigned char>((fid >> 8) & 0xFF));
+}
+
 std::string registration_text(const RegistrationFacts& facts) {
   const std::string key = family_key(facts.family, facts.wow64);
   std::string text = std::string(regedit4_header) + "\r\n\r\n" + key_line(key);

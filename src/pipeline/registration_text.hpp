@@ -29,6 +29,9 @@ std::string fid_bytes_of_tdb(std::string_view tdb);
 // The number that such bytes stand for; nothing for what does not come from a TDB.
 std::optional<int> fid_of_bytes(std::string_view fid_bytes);
 
+// The bytes that stand for a number, "e8,03".
+std::string fid_bytes_text(int fid);
+
 // <product>.reg
 std::string registration_text(const RegistrationFacts& facts);
 

@@ -22,6 +22,8 @@ bool folder_is_writable(const std::string& folder);
 std::optional<std::uint64_t> free_space(const std::string& path);
 // A symbolic link or, on Windows, a junction: a name whose content lies elsewhere. Wherever it leads.
 bool is_link(const std::string& path);
+// Number of names (hard links) that share the bytes of this file; 0 when there is none.
+std::uint64_t link_count(const std::string& path);
 // Local calendar time, without the shared buffer of std::localtime.
 std::tm local_time(std::time_t seconds);
 

@@ -89,6 +89,7 @@ void f1::first_activation() {
       m_stack->setCurrentWidget(m_tools_page);
       m_tools_page->look_again(*m_progress);
     }
+    if (!m_workspace.settings.always_collect_fids) m_status->setText(to_qt(m_workspace.message(224)));
     const std::string reminder = style_backup_reminder(m_workspace, std::time(nullptr));
     if (!reminder.empty()) m_status->setText(shown_text(reminder));
   });

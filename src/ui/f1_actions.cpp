@@ -203,6 +203,7 @@ void f1::draw_fid() {
   if (!take_settings()) return;
   new_id(m_workspace, *m_prompts, build_services(*m_prompts, *m_progress).collect_registered);
   show_record();
+  save_now();
 }
 
 void f1::load_selection() {

@@ -9,6 +9,7 @@
 #include <QSplitter>
 #include <QVBoxLayout>
 
+#include "base/fold_name.hpp"
 #include "pipeline/registration.hpp"
 #include "platform/desktop.hpp"
 #include "ui/push_button.hpp"
@@ -161,7 +162,8 @@ QWidget* installed_maps_list::make_buttons() {
 void installed_maps_list::refresh() {
   m_registry = open_registry(m_workspace);
   const InstalledMap* before = chosen();
-  const std::string key = before == nullptr ? "" : before->key;
+  const bool is_chosen = before != nullptr;
+  const std::string key = is_chosen ? before->key : "";
   m_maps = querymapsource(m_workspace, *m_registry, m_prompts, m_progress);
   const std::string place = m_registry->place();
   m_place->setText(place.empty()
@@ -174,7 +176,11 @@ void installed_maps_list::refresh() {
   for (int index = 0; index < static_cast<int>(m_maps.size()); ++index) {
     auto* item = new MapItem(m_maps[static_cast<std::size_t>(index)], index);
     m_list->addTopLevelItem(item);
-    if (m_maps[static_cast<std::size_t>(index)].key == key) m_list->setCurrentItem(item);
+    const InstalledMap& map = m_maps[static_cast<std::size_t>(index)];
+    // At first the one whose name stood in the way of the last registration.
+    const bool is_wanted =
+        is_chosen ? map.key == key : same_name(map.product, m_workspace.product_to_replace);
+    if (is_wanted) m_list->setCurrentItem(item);
   }
   m_list->sortItems(m_list->sortColumn(), m_list->header()->sortIndicatorOrder());
   filter();
@@ -225,8 +231,9 @@ void installed_maps_list::show_chosen() {
 void installed_maps_list::remove_chosen() {
   const InstalledMap* map = chosen();
   if (map == nullptr) return;
-  const std::string product = map->product;
-  remove_registered_map(m_workspace, m_prompts, m_progress, *m_registry, product);
+  // Packages have no key; their names tell them apart.
+  const MapChoice choice{map->product, map->fid, map->key};
+  remove_registered_map(m_workspace, m_prompts, m_progress, *m_registry, choice);
   refresh();
 }
 

@@ -48,7 +48,9 @@ surplus::surplus(Workspace& workspace, Prompts& prompts, Progress& progress, QWi
   column->addWidget(make_buttons());
   assign_mnemonics(*this);
   resize(window_width, window_height);
-  show_ticked();
+  // Asked for by nobody yet, so that nothing is told when there is none.
+  const Result<Folders> found = unused_maps(m_workspace, m_services, from_qt(m_folder->currentText()));
+  show_folders(found.value);
   m_folder->setFocus();
 }
 
@@ -130,12 +132,16 @@ void surplus::browse() {
 }
 
 void surplus::search() {
-  m_list->clear();
   const std::string folder(trim(from_qt(m_folder->currentText())));
   const Result<Folders> found = find_unused_maps(m_workspace, m_prompts, m_services, {folder});
   if (!found.ok()) m_prompts.tell(found.error, Icon::warning);
+  show_folders(found.value);
+}
+
+void surplus::show_folders(const Folders& folders) {
+  m_list->clear();
   const QSignalBlocker quiet(m_list);  // a box that is set here is none that a person ticked
-  for (const std::string& path : found.value) {
+  for (const std::string& path : folders) {
     auto* item = new QTreeWidgetItem(m_list, {to_qt(path)});
     const std::uint64_t size = map_folder_size(path);
     item->setText(size_column, QLocale().formattedDataSize(static_cast<qint64>(size)));

@@ -30,6 +30,7 @@ class surplus : public QDialog {
   QWidget* make_buttons();
   // unused_maps is the search itself, below in the pipeline.
   void search();
+  void show_folders(const Folders& folders);
   void browse();
   void tick_all();
   void delete_ticked();

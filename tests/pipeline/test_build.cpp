@@ -141,9 +141,37 @@ TEST_CASE("an own script makes a device image when it says so, whatever the sett
                                         (image ? " --gmapsupp" : " --mapname=63240001"));
     made.set(image ? "own-script=1; gmapsupp=0; register=1" : "own-script=1; gmapsupp=1");
     made.prompts.answers = {Answer::yes};
+    // The file of a registered map, which shares its bytes with a tile that the script writes in place.
+    const std::string registered = made.home.write("registered/63240001.img", "registered");
+    REQUIRE(make_folder(made.home / "out").ok());
+    std::filesystem::create_hard_link(platform::file_system_path(registered),
+                                      platform::file_system_path(made.image("63240001")));
     const BuildReport report = made.make();
     CHECK(report.result == StageResult::done);
-    REQUIRE(report.files.size() == 1);
+    CHECK(read_whole_file(registered) == "registered");
+    // What else it made belongs to the build too.
+    REQUIRE(report.files.size() == (image ? 2 : 1));
+    CHECK(platform::name_of(report.files.back().path) == "63240001.img");
     CHECK(platform::name_of(report.files[0].path) == (image ? "DemoMap.img" : "63240001.img"));
   }
+}
+
+TEST_CASE("what cannot be delivered is told before anything is run") {
+  Made made;
+  made.set("register=1; image-folder={home}/unplugged");
+  BuildServices services;
+  services.registration_obstacle = [](const Workspace&) { return std::string("another map's folder"); };
+  const auto make = [&] {
+    made.prompts.said.clear();
+    return make_map(made.workspace, made.prompts, made.progress, services, {}).result;
+  };
+  CHECK(make() == StageResult::stopped);
+  CHECK(made.prompts.tells().back() == "another map's folder");
+  services.registration_obstacle = {};
+  CHECK(make() == StageResult::stopped);
+  CHECK(contains(made.prompts.tells().back(), made.home / "unplugged"));
+  services.release_files = [](Workspace&, const std::vector<std::string>& files) { return files.empty(); };
+  made.set("image-folder=");
+  CHECK(make() == StageResult::stopped);
+  CHECK_FALSE(file_exists(made.home / "stand-in-arguments"));
 }

@@ -167,7 +167,8 @@ TEST_CASE("deleting: only after a Yes, and only what is unused at that moment") 
   CHECK(clean.remove(all) == StageResult::stopped);
   CHECK(file_exists(clean.in_maps("old")));
   CHECK(clean.remove(all) == StageResult::failed);
-  CHECK(clean.prompts.asks() == Texts(2, "Are you sure you want to delete these maps?"));
+  CHECK(clean.prompts.asks() ==
+        Texts(2, "Are you sure you want to delete these maps?\r\n" + join_texts(all, "\r\n")));
   CHECK(clean.prompts.tells().size() == 3);
   CHECK_FALSE(file_exists(clean.in_maps("old")));
   for (const char* kept : {"maps/used/1.img", "maps/no map/readme.txt", "map.osm"})
@@ -192,6 +193,12 @@ TEST_CASE("recovering registers one map again from its own .reg file") {
   const std::string registration = clean.home.write("maps/old/A Map.REG", "REGEDIT4");
   CHECK(recover(old) == Recovery::done);
   CHECK(clean.imported == Texts{platform::join(clean.in_maps("old"), "A Map.REG")});
+  CHECK(clean.prompts.tells().back() == "'old' installed successfully");
+  clean.registered.push_back(clean.in_maps("old"));
+  CHECK(recover(old) == Recovery::refused);
+  CHECK(clean.prompts.tells().back() == "'" + clean.in_maps("old") + "' is registered already.");
+  CHECK(clean.imported.size() == 1);
+  clean.registered.pop_back();
   clean.services.import_registration = [](const std::string&) { return Status{"no registry"}; };
   CHECK(recover(old) == Recovery::failed);
   CHECK(clean.prompts.tells().back() == "no registry");

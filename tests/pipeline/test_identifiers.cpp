@@ -36,19 +36,27 @@ TEST_CASE("the FID check when a build starts draws a new one, or respects the lo
   CHECK(stand_in.prompts.asks().back() ==
         "FID 1234 exists in Garmin Register. Can't upload map.\r\nLet ferrowen create new FID?");
 
-  stand_in.set("fid= ; fid-from-base=1; fid-base=9999");
+  // Zeros in front do not make another number, and a Yes that cannot draw one ends the build.
+  stand_in.set("fid=01234; fid-locked=1");
+  stand_in.prompts.answers = {Answer::yes};
+  CHECK_FALSE(check_fid(stand_in.workspace, stand_in.prompts));
+  CHECK(settings.fid == "1234");
+  CHECK(stand_in.prompts.tells().back() == "Please unlock FID");
+
+  stand_in.prompts.said.clear();
+  stand_in.set("fid-locked=0; fid= ; fid-from-base=1; fid-base=9999");
   CHECK(check_fid(stand_in.workspace, stand_in.prompts));
   CHECK(std::stoi(settings.fid) >= 9999);
   CHECK(std::stoi(settings.fid) <= 17999);
   stand_in.set("fid=5; fid-locked=1");
   new_id(stand_in.workspace, stand_in.prompts);
   CHECK(settings.fid == "5");
-  CHECK(stand_in.prompts.tells() == Texts{"Options cancelled.", "Please unlock FID"});
+  CHECK(stand_in.prompts.tells() == Texts{"Please unlock FID"});
 }
 
 TEST_CASE("a name that is installed already: its family ID is in use") {
   test::StandIn stand_in;
-  stand_in.workspace.registered_names = ",Alps,";
+  stand_in.workspace.registered_products = {"ALPS"};
   stand_in.set("fid=77; map-name=Alps; register=1");
   CHECK_FALSE(check_fid(stand_in.workspace, stand_in.prompts));
   CHECK(stand_in.prompts.tells() ==
@@ -98,7 +106,7 @@ TEST_CASE("before a registration: the name first, then the FID") {
   const Collect collect = [&](Workspace& workspace) {
     ++collected;
     workspace.registered_fids = ",1234,";
-    workspace.registered_names = ",Alps,";
+    workspace.registered_products = {"Alps"};
   };
   CHECK(id_exists(stand_in.workspace, stand_in.prompts, collect) == Registered::name_exists);
   CHECK(id_exists(stand_in.workspace, stand_in.prompts, collect, "Alps") == Registered::fid_exists);

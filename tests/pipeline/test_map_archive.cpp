@@ -68,7 +68,7 @@ TEST_CASE("a registered map is archived with its .reg file or not at all; a stop
   Archive test;
   test.set("map-name=My Map");
   test.build();
-  test.workspace.registered_names = ",Other,My Map,";
+  test.workspace.registered_products = {"Other", "My Map"};
   CHECK(test.archive().empty());
   CHECK(test.prompts.tells().back() == "Cannot find .reg file. Archive has been cancelled.");
   test.home.write("out/My_Map/My Map.reg", "REGEDIT4");

@@ -8,7 +8,9 @@
 
 #include "base/files.hpp"
 #include "base/text.hpp"
+#include "pipeline/cleanup.hpp"
 #include "pipeline/installed_maps.hpp"
+#include "pipeline/registration_repair.hpp"
 #include "pipeline/registry_turn.hpp"
 #include "support/built_map.hpp"
 
@@ -24,7 +26,7 @@ TEST_CASE("a built map is copied, described, imported and read back, and goes wi
   CHECK(test.report.registered_folder == test.folder());
   CHECK(test.prompts.tells() == Texts{"'My Map' installed successfully"});
   CHECK(list_files(test.folder(), {""}) == Texts{"0.reg", "13224385.img", "My Map.reg", "abc.img", "abc.mdx",
-                                                 "abc.tdb", "abc_mdr.img", "ovm_13224385.img"});
+                                                 "abc.tdb", "abc_mdr.img", "files.list", "ovm_13224385.img"});
   CHECK(read_whole_file(platform::join(test.in_folder("typ"), "xmy.typ")) == typ_of_family(1000));
   CHECK(read_whole_file(test.in_folder("0.reg")) == last_used_text({"e8,03", "", ""}));
 
@@ -55,7 +57,11 @@ TEST_CASE("a built map is copied, described, imported and read back, and goes wi
   CHECK(test.prompts.asks() ==
         Texts{"Remove 'My Map'?\r\nDo you wish to delete folder & all the files in " + test.folder()});
   CHECK(file_exists(test.in_folder("abc.tdb")));
+  const Registry::Key last = test.registry->key(R"(HKEY_CURRENT_USER\Software\Garmin\MapSource\Settings)");
+  CHECK(find_value(last, "MRUProduct") != nullptr);
   CHECK(test.remove("my map") == StageResult::done);
+  CHECK(find_value(test.registry->key(R"(HKEY_CURRENT_USER\Software\Garmin\MapSource\Settings)"),
+                   "MRUProduct") == nullptr);
   CHECK(test.prompts.tells() == Texts{"All files were removed."});
   CHECK_FALSE(file_exists(test.folder()));
   CHECK(file_exists(test.home / "out"));
@@ -66,20 +72,103 @@ TEST_CASE("a built map is copied, described, imported and read back, and goes wi
   CHECK(test.prompts.tells() == Texts{"Cannot find map to remove.\r\nMy Map"});
 }
 
-TEST_CASE("registering again replaces what an earlier map left in the folder") {
+TEST_CASE("registering again replaces what an earlier registration left in the folder, and nothing else") {
   Built test;
+  test.workspace.built_files.push_back(test.home.write("out/99999999.img", "older tile"));
   REQUIRE(test.register_map() == StageResult::done);
+  REQUIRE(file_exists(test.in_folder("99999999.img")));
   REQUIRE(test.registry->remove_key(family_key("My Map", test.registry->is_64bit()), {}).ok());
-  test.home.write("out/My_Map/99999999.img", "older tile");
-  test.home.write("out/My_Map/notes.txt", "kept");
+  for (const char* own : {"own.img", "own.tdb", "own.reg", "notes.txt"})
+    test.home.write("out/My_Map/" + std::string(own), own);
   test.tdb[5] = '\x01';  // another family
   test.build();
   REQUIRE(test.register_map() == StageResult::done);
   CHECK_FALSE(file_exists(test.in_folder("99999999.img")));
-  CHECK(file_exists(test.in_folder("notes.txt")));
+  for (const char* own : {"own.img", "own.tdb", "own.reg", "notes.txt"})
+    CHECK(read_whole_file(test.in_folder(own)) == own);
   CHECK(test.workspace.registered_fids == ",769,");
   // The TYP carries the number of the map, whatever mkgmap was given.
   CHECK(read_whole_file(platform::join(test.in_folder("typ"), "xmy.typ")) == typ_of_family(769));
+
+  // A file of the person's own is not replaced either.
+  REQUIRE(test.registry->remove_key(family_key("My Map", test.registry->is_64bit()), {}).ok());
+  test.workspace.built_files.push_back(test.home.write("out/own.img", "tile"));
+  CHECK(test.register_map() == StageResult::failed);
+  CHECK(contains(test.prompts.tells().front(), "own.img was not put there by a registration"));
+  CHECK(read_whole_file(test.in_folder("own.img")) == "own.img");
+}
+
+TEST_CASE("names that the registry or the disk takes for one: the map that was there first stays") {
+  Built test;
+  const auto seen = [&](const std::string& path) { return test.registry->registered_path(path); };
+  test.set("map-name=Łódź");
+  test.add_family("łódź", "01,02", seen(test.home / "elsewhere"));
+  CHECK(test.register_map() == StageResult::stopped);
+  CHECK(test.prompts.tells() == Texts{"Mapname 'Łódź' exists in registry."});
+  CHECK(test.workspace.product_to_replace == "Łódź");
+  test.set("map-name=My_Map");
+  test.add_family("My Map", "02,02", seen(test.folder()));
+  test.home.write("out/My_Map/files.list", "abc.img");
+  CHECK(test.register_map() == StageResult::stopped);
+  CHECK(contains(test.prompts.tells().back(), "is the folder of the registered map 'My Map' (FID 514)"));
+  test.prompts.answers = {Answer::yes};
+  CHECK(test.remove("ŁÓDŹ") == StageResult::done);
+  CHECK_FALSE(test.registry->key(family_key("łódź", test.registry->is_64bit())).exists);
+  test.set("map-name=A, B");
+  test.add_family("x,A", "03,02", seen(test.home / "elsewhere"));
+  test.set("map-name=x");
+  CHECK(test.register_map() == StageResult::done);  // "x" stands in a list of names that is told by commas
+}
+
+TEST_CASE("a map of the program's own store keeps its folder and its number beside a Wine prefix") {
+  Built test;
+  Built other;  // its store is opened beside the one of the test
+  REQUIRE(test.register_map() == StageResult::done);
+  const std::string store = test.workspace.path("system/registry.reg");
+  REQUIRE(make_folder(platform::folder_of(store)).ok());
+  REQUIRE(copy_file(test.home / "registry.reg", store).ok());
+  test.registry = std::move(other.registry);
+  const CleanupServices services = cleanup_services(test.workspace, test.prompts, test.progress);
+  CHECK(services.registered_folders().value == Texts{test.folder()});
+  test.set("map-name=My_Map");
+  CHECK(test.register_map() == StageResult::stopped);
+  CHECK(test.prompts.tells().back() == "FID 1000 exists in Mapsource. Can't upload map.");
+  test.tdb[5] = '\x01';
+  test.build();
+  CHECK(test.register_map() == StageResult::stopped);
+  CHECK(contains(test.prompts.tells().back(), "is the folder of the registered map 'My Map' (FID 1000)"));
+}
+
+TEST_CASE("a registration text is recovered in the folder that it names, and never over another map") {
+  Built test;
+  REQUIRE(test.register_map() == StageResult::done);
+  const std::string text = test.in_folder("My Map.reg");
+  CHECK(recovery_problem(*test.registry, text).ok());
+  const std::string moved = test.home.write("out/moved/My Map.reg", read_whole_file(text));
+  CHECK(contains(recovery_problem(*test.registry, moved).error, "registers a map in another folder"));
+  const std::string elsewhere = test.registry->registered_path(test.home.path());
+  test.add_family("MY MAP", "01,02", elsewhere);
+  CHECK(contains(recovery_problem(*test.registry, text).error, "a map of this name is registered already"));
+}
+
+TEST_CASE("several maps of one name: none goes unless it is said which one") {
+  Built test;
+  if (!test.registry->is_64bit()) return;  // one view of the registry holds a name once
+  const auto seen = [&](const std::string& path) { return test.registry->registered_path(path); };
+  const std::string tdb = test.home.write("shared/map.tdb", "P");
+  const std::string folder = platform::folder_of(tdb);
+  test.add_family("X", "01,02", seen(folder), seen(tdb));
+  RegistrationFacts plain{"X", "02,02", seen(folder), seen(folder), seen(tdb), "", "", "", false};
+  REQUIRE(test.registry->import_file(test.home.write("x.reg", registration_text(plain)), {}).ok());
+  CHECK(test.remove("X") == StageResult::stopped);
+  CHECK(contains(test.prompts.tells().back(), "Several maps have the name 'X'"));
+  test.prompts.said.clear();
+  test.prompts.answers = {Answer::yes};
+  CHECK(remove_registered_map(test.workspace, test.prompts, test.progress, *test.registry, {"X", "514"}) ==
+        StageResult::failed);
+  CHECK(contains(test.prompts.tells().back(), "This may affect other maps using same folder."));
+  CHECK(file_exists(tdb));
+  CHECK(test.workspace.registered_fids == ",513,");
 }
 
 TEST_CASE("what cannot be registered leaves nothing behind, with its reason") {
@@ -121,7 +210,7 @@ TEST_CASE("what cannot be registered leaves nothing behind, with its reason") {
 TEST_CASE("a folder with other things in it never becomes a map's") {
   Built test;
   const std::string letter = test.home.write("out/My_Map/letter.txt", "dear");
-  CHECK(test.register_map() == StageResult::failed);
+  CHECK(test.register_map() == StageResult::stopped);
   CHECK(contains(test.prompts.tells().front(), "holds other files than those of a map"));
   CHECK(read_whole_file(letter) == "dear");
   CHECK(list_files(test.folder(), {""}) == Texts{"letter.txt"});
@@ -130,8 +219,11 @@ TEST_CASE("a folder with other things in it never becomes a map's") {
 TEST_CASE("an import that is not found in the registry afterwards is told, not believed") {
   // Takes everything and keeps the family without its paths, as a registry editor without rights might.
   struct Deaf : Registry {
-    Key key(const std::string& path) override { return path == taken ? Key{true, {}, {}, {}} : Key{}; }
+    Key key(const std::string& path) override {
+      return path + "\\" == family_key("", false) && imported ? Key{true, {"My Map"}, {}, {}} : Key{};
+    }
     Status import_file(const std::string& /*path*/, const std::function<void()>& /*tick*/) override {
+      imported = true;
       return {};
     }
     Status remove_key(const std::string& path, const std::function<void()>& /*tick*/) override {
@@ -144,7 +236,7 @@ TEST_CASE("an import that is not found in the registry afterwards is told, not b
     [[nodiscard]] bool is_64bit() override { return false; }
     [[nodiscard]] std::string user_identifier() override { return "S-1-5-21-1"; }
     [[nodiscard]] std::vector<std::string> package_folders() const override { return {}; }
-    std::string taken;
+    bool imported = false;
     Texts removed;
   };
   Built test;
@@ -209,7 +301,8 @@ TEST_CASE("removing: folders that must not go stay, the keys go") {
 
 TEST_CASE("files that another program holds: closed when the person agrees, asked for until it is so") {
   Built test;
-  test.home.write("out/My_Map/abc.tdb", test.tdb);
+  REQUIRE(test.register_map() == StageResult::done);
+  REQUIRE(test.registry->remove_key(family_key("My Map", test.registry->is_64bit()), {}).ok());
   int holds = 0;
   Texts closed;
   HeldFiles held{[&](const std::string& /*path*/) { return holds-- > 0; },

@@ -47,13 +47,14 @@ struct Built : StandIn {
   }
   StageResult remove(const std::string& name, const HeldFiles& held = {}) {
     prompts.said.clear();
-    return remove_registered_map(workspace, prompts, progress, *registry, name, held);
+    return remove_registered_map(workspace, prompts, progress, *registry, {name}, held);
   }
   // A family of somebody else, with these values in its subkey.
   void add_family(const std::string& name, const std::string& fid_bytes, const std::string& location,
                   const std::string& tdb_path = "") {
     RegistrationFacts facts{name, fid_bytes, location, location, tdb_path, "", "", "", registry->is_64bit()};
-    REQUIRE(registry->import_file(home.write("other.reg", registration_text(facts)), {}).ok());
+    REQUIRE(registry->import_file(home.write("other.reg", encode_registry_text(registration_text(facts))), {})
+                .ok());
   }
   std::string folder() { return home / "out" + platform::separator + "My_Map"; }
   std::string in_folder(const std::string& name) { return platform::join(folder(), name); }

@@ -208,7 +208,7 @@ void TestMaps::unused_maps_are_deleted_or_recovered() {
 
   desk.prompts.answers = {Answer::yes};
   remove_registered_map(desk.workspace(), desk.prompts, desk.window->progress(),
-                        *open_registry(desk.workspace()), "Alps");
+                        *open_registry(desk.workspace()), {"Alps"});
   desk.write("out/Alps/osmmap.tdb", tdb_of_1000);
   click(window, "surplus_search");
   QCOMPARE(list->topLevelItemCount(), 1);

@@ -91,6 +91,11 @@ bool is_link(const std::string& path) {
   return ::lstat(name.c_str(), &status) == 0 && S_ISLNK(status.st_mode);
 }
 
+std::uint64_t link_count(const std::string& path) {
+  struct stat status {};
+  return ::lstat(path.c_str(), &status) == 0 && S_ISREG(status.st_mode) ? status.st_nlink : 0;
+}
+
 std::tm local_time(std::time_t seconds) {
   std::tm result{};
   if (::localtime_r(&seconds, &result) == nullptr) return std::tm{};

@@ -89,6 +89,14 @@ std::optional<std::uint64_t> free_space(const std::string& path) {
   return available.QuadPart;
 }
 
+std::uint64_t link_count(const std::string& path) {
+  const Handle file(CreateFileA(path.c_str(), FILE_READ_ATTRIBUTES, share_all, nullptr, OPEN_EXISTING,
+                                FILE_FLAG_OPEN_REPARSE_POINT, nullptr));
+  BY_HANDLE_FILE_INFORMATION found = {};
+  if (!file.is_open() || GetFileInformationByHandle(file.get(), &found) == 0) return 0;
+  return found.nNumberOfLinks;
+}
+
 bool is_link(const std::string& path) {
   std::string name = path;
   while (name.ends_with('\\') || name.ends_with('/'))
