@@ -332,9 +332,10 @@ void TestF1::files_menu() {
   QVERIFY(!file_exists(platform::join(build_output_folder(desk.workspace().settings), "13224386.img")));
   desk.trigger("mf_remove_previous");
   QCOMPARE(desk.prompts.said.back().text, std::string("Cannot find map to remove."));
-  // A script cannot be opened yet; the input stays what it was.
+  // A script is asked about; the input stays what it was.
+  desk.prompts.answers = {Answer::no};
   desk.window->open_input(QStringLiteral("/x/y.auto"));
-  QCOMPARE(desk.prompts.said.back().text, std::string("Not as yet available"));
+  QCOMPARE(desk.prompts.said.back().text, std::string("/x/y.auto\r\n\r\nAuto Create?"));
   QVERIFY(desk.control<QLineEdit>("Text1")->text().endsWith(QStringLiteral("map.osm")));
 }
 
