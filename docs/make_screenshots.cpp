@@ -14,10 +14,16 @@
 
 #include "app/language_file.hpp"
 #include "ui/about_box.hpp"
+#include "ui/autoscr.hpp"
+#include "ui/cmcolor.hpp"
 #include "ui/contours.hpp"
+#include "ui/createtyp.hpp"
+#include "ui/doctor.hpp"
 #include "ui/editcontours.hpp"
 #include "ui/f1.hpp"
+#include "ui/gpx2mp.hpp"
 #include "ui/installed_maps_list.hpp"
+#include "ui/kml2mp.hpp"
 #include "ui/merge.hpp"
 #include "ui/option_editor.hpp"
 #include "ui/qt_text.hpp"
@@ -129,6 +135,20 @@ void take_dialogs(ui::f1& window, ui::WindowSession& session, Camera& camera) {
   camera.take_dialog(unzip, QStringLiteral("unzip"));
   ui::merge merge(workspace, prompts, &window);
   camera.take_dialog(merge, QStringLiteral("merge"));
+  ui::doctor style_doctor(workspace, prompts, &window);
+  style_doctor.show();
+  press(style_doctor, "doctor_all");
+  camera.take_dialog(style_doctor, QStringLiteral("doctor"));
+  ui::createtyp sheet(workspace, prompts, progress, &window);
+  camera.take_dialog(sheet, QStringLiteral("createtyp"));
+  ui::cmcolor colours(workspace.texts, &window);
+  camera.take_dialog(colours, QStringLiteral("cmcolor"));
+  ui::gpx2mp tracks(workspace, prompts, &window);
+  camera.take_dialog(tracks, QStringLiteral("gpx2mp"));
+  ui::kml2mp placemarks(workspace, prompts, &window);
+  camera.take_dialog(placemarks, QStringLiteral("kml2mp"));
+  ui::autoscr scripts(workspace, prompts, &window);
+  camera.take_dialog(scripts, QStringLiteral("autoscr"));
   ui::about_box about(workspace, &window);
   camera.take_dialog(about, QStringLiteral("about"));
 }

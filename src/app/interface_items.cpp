@@ -675,6 +675,8 @@ const Items& labels() {
       {"typ_label", "Label"},
       {"typ_choose_style", "Choose a style."},
       {"typ_count", "%1 polygons, %2 lines, %3 points."},
+      {"typ_order", "Draw order"},
+      {"doctor_typ_types", "TYP"},
       {"typ_without_colour", "%1 polygons have no colour: mkgmap refuses the text until they have one."},
       {"typ_accepted", "mkgmap accepts this text."},
       {"typ_refused", "mkgmap refuses this text. %1"},

@@ -1,5 +1,5 @@
-// Options of a command line or a script change the settings record for one run only: the stored values come back
-// before the record is saved, while everything else that the run changed in it is kept.
+// Options of a command line or a script change the settings record for one run only: the stored values come
+// back before the record is saved, while everything else that the run changed in it is kept.
 #pragma once
 
 #include <set>

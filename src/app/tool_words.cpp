@@ -14,8 +14,9 @@ constexpr std::array<std::string_view, 7> warning_words = {
     "WARNING", "WARNUNG", "AVERTISSEMENT", "ADVERTENCIA", "Warning", "warning", "DIAGNOSTIC ("};
 constexpr std::array<std::string_view, 7> information_words = {
     "INFO (", "INFO: ", "INFORMATION (", "CONFIG (", "FINE (", "FINER (", "FINEST ("};
-// One such line per tile comes with the option that checks roundabouts; it is no failure.
-constexpr std::string_view harmless_level = "(RoundaboutCheck)";
+// No failures: one such line per tile comes with the option that checks roundabouts; the other one tells that
+// a long line was cut into pieces.
+constexpr std::array<std::string_view, 2> harmless_levels = {"(RoundaboutCheck)", "(LineSizeSplitterFilter)"};
 constexpr std::array<std::string_view, 2> counters = {"Number of MapFailedExceptions:",
                                                       "Number of ExitExceptions:"};
 constexpr std::array<std::string_view, 10> words_of_failure = {
@@ -47,7 +48,7 @@ bool contains_one(std::string_view line, const Words& words) {
 }  // namespace
 
 bool is_level_line(std::string_view line) {
-  return starts_with_one(without_date(line), level_words) && !contains(line, harmless_level);
+  return starts_with_one(without_date(line), level_words) && !contains_one(line, harmless_levels);
 }
 
 bool is_failure_counter(std::string_view line) { return starts_with_one(line, counters); }
@@ -61,13 +62,13 @@ bool is_failure_counter_above_zero(std::string_view line) {
 bool is_stack_line(std::string_view line) { return trim(line).starts_with("at "); }
 
 bool names_a_failure(std::string_view line) {
-  if (is_stack_line(line) || contains(line, harmless_level)) return false;
+  if (is_stack_line(line) || contains_one(line, harmless_levels)) return false;
   if (is_failure_counter(line)) return is_failure_counter_above_zero(line);
   return is_level_line(line) || contains_one(line, words_of_failure);
 }
 
 bool is_warning_line(std::string_view line) {
-  return starts_with_one(without_date(line), warning_words) || contains(line, harmless_level);
+  return starts_with_one(without_date(line), warning_words) || contains_one(line, harmless_levels);
 }
 
 bool is_information_line(std::string_view line) {

@@ -1,7 +1,12 @@
 #include "automation/auto_editor.hpp"
 
 #include <algorithm>
+#include <charconv>
+#include <cstdint>
+#include <filesystem>
+#include <system_error>
 
+#include "base/encoding.hpp"
 #include "base/files.hpp"
 #include "base/text.hpp"
 #include "pipeline/device_image.hpp"
@@ -12,6 +17,7 @@ namespace ferrowen {
 namespace {
 
 constexpr int message_exists = 121;
+constexpr std::string_view heap_option = "-Xmx";
 constexpr std::string_view default_style = "default";
 
 std::string yes_no(bool value) { return value ? "yes" : "no"; }
@@ -38,6 +44,24 @@ std::vector<std::string> selected_options(const Settings& settings) {
   return options;
 }
 
+std::vector<std::string> words_of(std::string_view text) { return split(replace_all(text, "\t", " "), " "); }
+
+// "2g", "1500m", "1048576k"; `unit` is that of a number without a letter. "" for what is no size.
+std::string megabytes_of(std::string_view size, char unit) {
+  std::uint64_t number = 0;
+  const auto [end, error] = std::from_chars(size.data(), size.data() + size.size(), number);
+  const auto digits = static_cast<std::size_t>(end - size.data());
+  constexpr std::uint64_t most = 1ULL << 40;
+  if (error != std::errc() || number > most || size.size() > digits + 1) return "";
+  if (digits < size.size()) unit = lower_ascii(size.substr(digits))[0];
+  const std::uint64_t kilobytes = unit == 'b'   ? number / 1024
+                                  : unit == 'k' ? number
+                                  : unit == 'm' ? number * 1024
+                                  : unit == 'g' ? number * 1024 * 1024
+                                                : 0;
+  return kilobytes < 1024 ? "" : std::to_string(kilobytes / 1024);
+}
+
 // The values of a tag; nothing for a tag that is unknown.
 std::vector<std::string> values_of(std::string_view tag, const Settings& settings) {
   const std::string fid(trim(settings.fid));
@@ -45,7 +69,7 @@ std::vector<std::string> values_of(std::string_view tag, const Settings& setting
   if (tag == "mapname") return {settings.map_name};
   if (tag == "gmapsupp_name") return {settings.image_named_after_map ? "" : settings.image_name};
   if (tag == "basecamp") return {yes_no(settings.register_map)};
-  if (tag == "memory") return {memory_of_java_options(settings.java_options)};
+  if (tag == "memory") return {heap_megabytes(settings.java_options)};
   if (tag == "maxnodes") return {settings.max_nodes};
   if (tag == "gmapsupp") return {yes_no(settings.device_image)};
   if (tag == "fid") return {lenient_whole_number(fid) == 0 ? "auto" : fid};
@@ -63,6 +87,27 @@ std::vector<std::string> values_of(std::string_view tag, const Settings& setting
 }
 
 }  // namespace
+
+std::string heap_megabytes(std::string_view java_options) {
+  std::string size;
+  // The last one of several holds; the setting may be a bare number, too.
+  for (const std::string& word : words_of(java_options)) {
+    if (word.starts_with(heap_option)) size = word.substr(heap_option.size());
+  }
+  const std::string_view all = trim(java_options);
+  if (size.empty() && is_digits(all.substr(0, 1))) return megabytes_of(all, 'm');
+  return megabytes_of(size, 'b');
+}
+
+std::string with_heap(std::string_view java_options, const std::string& megabytes) {
+  const std::string heap = std::string(heap_option) + megabytes + "m";
+  if (!trim(java_options).starts_with('-')) return heap;
+  std::string text = heap;
+  for (const std::string& word : words_of(java_options)) {
+    if (!word.empty() && !word.starts_with(heap_option)) text += " " + word;
+  }
+  return text;
+}
 
 std::string newscrpt(std::string_view template_text, const Settings& settings) {
   std::string script;
@@ -108,14 +153,15 @@ std::string script_caption(const std::string& path, bool changed) {
   return "Auto Script " + platform::name_of(path) + (changed ? "X" : "");
 }
 
-std::string save_script(const Workspace& workspace, Prompts& prompts, const std::string& proposal,
+std::string save_script(const Workspace& workspace, Prompts& prompts, const ScriptPlace& place,
                         std::string_view text) {
   const std::string pattern = "*" + std::string(auto_ending);
   std::optional<std::string> path =
-      prompts.choose_file({"", {{"Automate Files ", pattern}}, proposal, true, false});
+      prompts.choose_file({"", {{"Automate Files ", pattern}}, place.path, true, false});
   if (!path || path->empty()) return "";
   if (!ends_with_ignoring_case(*path, auto_ending)) *path += auto_ending;
-  if (file_exists(*path) && *path != proposal &&
+  const bool is_own = place.is_own && same_file(*path, place.path);
+  if (file_exists(*path) && !is_own &&
       prompts.ask(workspace.message(message_exists) + platform::name_of(*path) + "\r\n\r\nOverwrite?",
                   Buttons::yes_no_cancel, Icon::warning) != Answer::yes)
     return "";
@@ -123,6 +169,17 @@ std::string save_script(const Workspace& workspace, Prompts& prompts, const std:
   if (saved.ok()) return *path;
   prompts.tell(saved.error, Icon::critical);
   return "";
+}
+
+bool is_saved(const ScriptPlace& place, std::string_view text) {
+  if (!place.is_own || !file_exists(place.path)) return false;
+  const Result<std::string> bytes = read_file(place.path);
+  return bytes.ok() && with_crlf(decode_tool_text(bytes.value)) == with_crlf(text);
+}
+
+bool is_plain_file(const std::string& path) {
+  std::error_code error;
+  return std::filesystem::is_regular_file(platform::file_system_path(path), error);
 }
 
 bool delete_script(Prompts& prompts, const std::string& path) {
@@ -136,11 +193,10 @@ bool delete_script(Prompts& prompts, const std::string& path) {
 
 AutoFacts auto_facts(const Workspace& workspace) {
   const std::string styles = workspace.settings.styles_folder;
-  const auto is_file = [](const std::string& path) { return file_exists(path) && !folder_exists(path); };
   const auto is_style = [styles](const std::string& name) {
     return name == default_style || folder_exists(platform::join(styles, name));
   };
-  return {is_file, [](const std::string& path) { return folder_exists(path); }, is_style};
+  return {is_plain_file, [](const std::string& path) { return folder_exists(path); }, is_style};
 }
 
 }  // namespace ferrowen

@@ -26,19 +26,36 @@ std::string log_name(const Workspace& workspace, const std::string& script) {
 }  // namespace
 
 AutoLog::AutoLog(const Workspace& workspace, const std::string& script)
-    : m_path(platform::join(workspace.path("logs"), log_name(workspace, script) + ".log")) {}
+    : m_path(platform::join(workspace.path("logs"), log_name(workspace, script) + ".log")) {
+  m_opened = make_folder(platform::folder_of(m_path));
+  if (m_opened.ok()) m_file.open(platform::file_system_path(m_path), std::ios::binary | std::ios::trunc);
+}
 
 void AutoLog::line(std::string_view text) { tool_output(std::string(trim(text)) + "\n"); }
 
 void AutoLog::tool_output(std::string_view text) {
   if (m_full) return;
-  m_full = m_text.size() + text.size() > most_bytes;
-  m_text += m_full ? std::string_view("\n[...]\n") : text;
+  m_full = m_size + text.size() > most_bytes;
+  m_size += text.size();
+  write(m_full ? std::string_view("\n[...]\n") : text);
 }
 
-Status AutoLog::finish(std::string_view report) const {
-  if (Status made = make_folder(platform::folder_of(m_path)); !made.ok()) return made;
-  return safe_write(m_path, with_crlf(std::string(report) + "\n" + m_text));
+// Texts come in pieces: a CR at the end of one and the LF of the next belong together.
+void AutoLog::write(std::string_view text) {
+  if (text.empty()) return;
+  if (m_ends_with_cr && text.front() == '\n') {
+    m_file << '\n';
+    text.remove_prefix(1);
+  }
+  m_ends_with_cr = text.ends_with('\r');
+  m_file << with_crlf(text) << std::flush;
+}
+
+Status AutoLog::finish(std::string_view report) {
+  if (!m_opened.ok()) return m_opened;
+  write("\n" + std::string(report));
+  m_file.close();
+  return m_file.fail() ? Status{m_path + ": cannot be written"} : Status{};
 }
 
 void LoggedProgress::status(std::string_view text) {

@@ -1,6 +1,8 @@
 // The log of one automation run: messages, commands, and what the tools said.
 #pragma once
 
+#include <cstddef>
+#include <fstream>
 #include <string>
 #include <string_view>
 
@@ -10,20 +12,26 @@
 
 namespace ferrowen {
 
-// Kept in memory until the run is over, then written whole: "logs/<name of the script>.log" in the program
-// folder. What a tool says beyond the first megabytes is left out.
+// "logs/<name of the script>.log" in the program folder, written as the run goes on, so that one that is
+// killed leaves what it did; the report stands at the end. What a tool says beyond the first megabytes is
+// left out.
 class AutoLog {
  public:
   AutoLog(const Workspace& workspace, const std::string& script);
   void line(std::string_view text);
   void tool_output(std::string_view text);
-  // Writes the log, with the report in front.
-  Status finish(std::string_view report) const;
+  // Adds the report. The error is that of anything that could not be written.
+  Status finish(std::string_view report);
   [[nodiscard]] const std::string& path() const { return m_path; }
 
  private:
-  std::string m_path, m_text;
-  bool m_full = false;
+  void write(std::string_view text);
+
+  std::string m_path;
+  std::ofstream m_file;
+  Status m_opened;
+  std::size_t m_size = 0;
+  bool m_full = false, m_ends_with_cr = false;
 };
 
 // Hands everything on and keeps what belongs into the log.

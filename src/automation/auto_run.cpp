@@ -77,17 +77,18 @@ class Applied {
   }
 
   void apply_image_name() {
-    const auto name = filled("gmapsupp_name");
+    const auto name = m_script.value("gmapsupp_name");
     if (!name) return;
-    set("image-name", *name);
-    set("image-named-after-map", "0");
+    // A blank one is how a script says that the image has the name of the map.
+    if (!name->empty()) set("image-name", *name);
+    set("image-named-after-map", name->empty() ? "1" : "0");
   }
 
   void apply_memory() {
     const auto memory = filled("memory");
     // The rest of the options of Java stays where the memory is what it was.
     if (!memory || *memory == memory_of_java_options(m_workspace.settings.java_options)) return;
-    set("java-options", "-Xmx" + *memory + "m");
+    set("java-options", with_heap(m_workspace.settings.java_options, *memory));
   }
 
   // The build draws a number for a blank one; a locked one is not touched.
@@ -225,6 +226,7 @@ class Run {
 
 std::vector<std::string> problems_of(const Workspace& workspace, const std::string& path,
                                      AutoScript& script) {
+  if (file_exists(path) && !is_plain_file(path)) return {path + ": is no file"};
   const Result<std::string> bytes = read_file(path, largest_script);
   if (!bytes.ok()) return {bytes.error};
   script = parse_auto_script(bytes.value);

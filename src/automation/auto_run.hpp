@@ -1,6 +1,7 @@
 // Runs automation scripts: the tags become settings for one run, then the stages follow without a question.
 #pragma once
 
+#include <cstddef>
 #include <string>
 #include <utility>
 #include <vector>
@@ -32,6 +33,8 @@ AutoReport run_auto_script(Workspace& workspace, Progress& progress, const std::
 // The report of one run, or of several, for a person.
 std::string report_text(const AutoReport& report);
 std::string summary_text(const std::vector<AutoReport>& reports);
+// The path of the script of the last later report that wrote files of this one anew; "" for none.
+std::string replaced_by(const std::vector<AutoReport>& reports, std::size_t number);
 
 // Starts a script the way the main window does: refused while one runs ("Auto Script already running"), asked
 // ("Auto Create?"), remembered as the last script.

@@ -310,9 +310,9 @@ void add_typ(CLI::App& app, TypArguments& arguments) {
   show->callback([&arguments] { arguments.action = TypArguments::Action::show; });
   show->add_option("FILE", arguments.file, "Compiled TYP file")->type_name("")->required();
   show->add_option("--format", arguments.format, "text: TYP text; csv: one line per definition")
-      ->type_name("text|csv")
+      ->type_name("text|csv|json")
       ->take_last()
-      ->check(CLI::IsMember({"text", "csv"}).description(""));
+      ->check(CLI::IsMember({"text", "csv", "json"}).description(""));
   text_option(*show, "-o,--output", arguments.output, "FILE", "Write it to a file instead");
   text_option(*show, "--editor-files", arguments.editor_files, "FILE",
               "Write FILE_polygons.tvkx, FILE_lines.tvkx and FILE_points.tvkx instead");
@@ -419,7 +419,10 @@ struct Parser {
       if (doctor.format == "json") global.json = true;
       return {global, doctor};
     }
-    if (app.got_subcommand("typ")) return {global, typ};
+    if (app.got_subcommand("typ")) {
+      if (typ.format == "json") global.json = true;
+      return {global, typ};
+    }
     if (app.got_subcommand("gpx2mp")) return {global, gpx};
     if (app.got_subcommand("kml2mp")) return {global, kml};
     return {global, build};

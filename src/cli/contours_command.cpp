@@ -53,8 +53,7 @@ bool take_needed_cells(Session& session, ContourRequest& request) {
   if (!request.overwrite && contour_cells(workspace, session.prompts).all_made)
     return !chkcontours(workspace, session.prompts);
   std::vector<std::string> names = needed_cells(workspace, session.prompts);
-  if (!request.overwrite)
-    names = find_cell_files(names, searched_hgt_folders(workspace.settings), CellFile::contours).missing;
+  if (!request.overwrite) names = find_contour_files(names, searched_hgt_folders(workspace.settings)).missing;
   for (const std::string& name : names)
     request.height_files.push_back(listed_file(workspace.settings, name));
   return true;
@@ -78,11 +77,14 @@ ExitStatus make(Session& session, const ContoursArguments& arguments) {
   const ContourOutcome report = make_contours(workspace, session.prompts, session.progress, request);
   session.json["files"] = report.files;
   session.json["failed"] = report.failed;
+  session.json["missing"] = report.missing;
   session.json["seconds"] = report.seconds;
   for (const std::string& file : report.files)
     session.show(file + "\n");
-  session.result = result_word(report.result);
-  return exit_status_of(report.result);
+  const bool in_part = report.result == StageResult::done && !report.missing.empty();
+  const StageResult result = in_part ? StageResult::failed : report.result;
+  session.result = result_word(result);
+  return exit_status_of(result);
 }
 
 ExitStatus clip_tiles(Session& session) {

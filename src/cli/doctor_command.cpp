@@ -1,6 +1,7 @@
 #include <algorithm>
 
 #include "base/files.hpp"
+#include "base/text.hpp"
 #include "cli/commands.hpp"
 #include "cli/terminal.hpp"
 #include "platform/paths.hpp"
@@ -40,19 +41,34 @@ ExitStatus find_style(Session& session, const DoctorArguments& arguments, StyleL
   return ExitStatus::done;
 }
 
+bool runs(const DoctorArguments& arguments, DoctorCheck check) {
+  return arguments.checks.empty() || names(arguments, check);
+}
+
+// A rule file that cannot be read must not look like one without findings.
 ExitStatus read_style(Session& session, const DoctorArguments& arguments, Patient& patient) {
+  std::vector<RuleKind> missing;
   for (const RuleKind kind : rule_kinds) {
     if (arguments.kind && *arguments.kind != rule_file_name(kind)) continue;
     LoadedStyle style = load_style(patient.location, kind);
-    if (!style.text.is_empty()) patient.kinds.push_back(std::move(style));
+    if (!style.text.unread.empty()) return session.fail(join_texts(style.text.unread, crlf));
+    if (style.text.is_missing())
+      missing.push_back(kind);
+    else
+      patient.kinds.push_back(std::move(style));
   }
-  if (!patient.kinds.empty()) return ExitStatus::done;
-  nodata(patient.location, session.prompts);
-  return ExitStatus::wrong_usage;
+  if (patient.kinds.empty()) {
+    nodata(patient.location, session.prompts);
+    return ExitStatus::wrong_usage;
+  }
+  for (const RuleKind kind : missing)
+    session.prompts.tell("The style has no rules for " + std::string(rule_file_name(kind)) + ".");
+  return ExitStatus::done;
 }
 
 // The TYP file of the command line, else that of the settings when they are open.
 ExitStatus read_typ_file(Session& session, const DoctorArguments& arguments, Patient& patient) {
+  if (!runs(arguments, DoctorCheck::typ)) return ExitStatus::done;
   const std::string named = arguments.typ.value_or(session.workspace.settings.doctor_typ);
   const bool asked_for = arguments.typ || names(arguments, DoctorCheck::typ);
   if (named.empty()) {
@@ -74,12 +90,25 @@ bool makes_sense(DoctorCheck check, RuleKind kind, const DoctorArguments& argume
   return check != DoctorCheck::road_class || kind == RuleKind::lines;
 }
 
+// A check that was asked for by its name and has nothing to look at has not passed.
+ExitStatus require_checks(Session& session, const Patient& patient, const DoctorArguments& arguments) {
+  for (const DoctorCheck check : doctor_checks) {
+    const bool has_work =
+        std::any_of(patient.kinds.begin(), patient.kinds.end(),
+                    [&](const LoadedStyle& style) { return makes_sense(check, style.text.kind, arguments); });
+    if (names(arguments, check) && !has_work)
+      return session.fail("The check '" + std::string(check_name(check)) +
+                          "' has nothing to look at: it is for " +
+                          (check == DoctorCheck::places ? "points" : "lines") + " alone.");
+  }
+  return ExitStatus::done;
+}
+
 DoctorReport examine(const Patient& patient, const DoctorArguments& arguments) {
-  DoctorReport report;
+  DoctorReport report = patient.typ ? typ_damage(*patient.typ) : DoctorReport{};
   for (const LoadedStyle& style : patient.kinds) {
     for (const DoctorCheck check : doctor_checks) {
-      const bool wanted = arguments.checks.empty() || names(arguments, check);
-      if (!wanted || !makes_sense(check, style.text.kind, arguments)) continue;
+      if (!runs(arguments, check) || !makes_sense(check, style.text.kind, arguments)) continue;
       report.append(run_check(check, style, patient.typ ? &*patient.typ : nullptr));
     }
   }
@@ -119,6 +148,7 @@ ExitStatus run_command(Session& session, const DoctorArguments& arguments) {
   const ExitStatus found = find_style(session, arguments, patient.location);
   if (found != ExitStatus::done) return found;
   if (const ExitStatus read = read_style(session, arguments, patient); read != ExitStatus::done) return read;
+  if (const ExitStatus fit = require_checks(session, patient, arguments); fit != ExitStatus::done) return fit;
   if (const ExitStatus read = read_typ_file(session, arguments, patient); read != ExitStatus::done)
     return read;
   DoctorReport report = examine(patient, arguments);

@@ -82,8 +82,10 @@ ExitStatus run_all(Session& session, const std::vector<std::string>& words) {
       session.prompts.tell(saved.error, Icon::warning);
   }
   session.json["scripts"] = Json::array();
-  for (const AutoReport& report : reports)
-    session.json["scripts"].push_back(json_of(report));
+  for (std::size_t number = 0; number < reports.size(); ++number) {
+    session.json["scripts"].push_back(json_of(reports[number]));
+    session.json["scripts"].back()["replaced_by"] = replaced_by(reports, number);
+  }
   const std::string summary = summary_text(reports);
   session.show("\n" + summary);
   const std::string path = workspace.path(summary_name);

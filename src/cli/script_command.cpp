@@ -27,6 +27,7 @@ ExitStatus make(Session& session, std::string path) {
 }
 
 ExitStatus check(Session& session, const std::string& path) {
+  if (file_exists(path) && !is_plain_file(path)) return session.fail(path + ": is no file");
   const Result<std::string> bytes = read_file(path);
   if (!bytes.ok()) return session.fail(bytes.error);
   const std::vector<AutoProblem> problems =

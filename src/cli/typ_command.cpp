@@ -55,6 +55,8 @@ ExitStatus show_text(Session& session, const TypArguments& arguments, const TypF
   }
   const std::string path = platform::absolute(*arguments.output);
   if (csv) return write_bytes(session, path, text);
+  for (const std::string& loss : text_losses(typ))
+    session.prompts.tell(loss, Icon::warning);
   const Result<std::string> bytes = encode_typ_text(text, text_code_page(typ));
   if (!bytes.ok()) return session.fail(bytes.error, ExitStatus::run_failed);
   return write_bytes(session, path, bytes.value);
@@ -103,6 +105,10 @@ ExitStatus check_sheet(Session& session, const std::string& path, const Sheet& s
 ExitStatus create(Session& session, const TypArguments& arguments) {
   SheetRequest request;
   request.style = locate_style(session.workspace.settings, arguments.style);
+  if (!request.style.folder.empty() && !folder_exists(request.style.folder)) {
+    nodata(request.style, session.prompts);
+    return ExitStatus::wrong_usage;
+  }
   request.family_id = arguments.family_id.value_or(first_family_id);
   request.complete = arguments.complete;
   request.icon_folder = session.workspace.path(icon_subfolder);

@@ -5,9 +5,11 @@
 #include "base/encoding.hpp"
 #include "base/files.hpp"
 #include "base/text.hpp"
+#include "elevation/contour_run.hpp"
 #include "elevation/height_cells.hpp"
 #include "elevation/hgt_coverage.hpp"
 #include "elevation/tool_script.hpp"
+#include "platform/files.hpp"
 #include "platform/paths.hpp"
 
 namespace ferrowen {
@@ -16,6 +18,7 @@ namespace {
 
 constexpr std::string_view polygon_name = "clip2.poly";
 constexpr std::string_view contour_ending = ".osm";
+constexpr const char* protected_folder = " Folder Is Protected.Cannot save clipped contours";
 constexpr const char* missing_in_log = "Clipping cancelled:Can't find";
 
 void widen(SelectionBox& box, const Corner& corner) {
@@ -36,9 +39,7 @@ step::IfExists write_test(const std::string& clipped) {
   ConsoleScript good;
   good.add(step::Echo{"@echo ", "... Folder OK"});
   ConsoleScript bad;
-  bad.add(step::Echo{" @echo ", clipped + " Folder Is Protected.Cannot save clipped contours"})
-      .add(step::Pause{})
-      .add(step::Exit{0, false});
+  bad.add(step::Echo{" @echo ", clipped + protected_folder}).add(step::Pause{}).add(step::Exit{0, false});
   return {clipped, true, std::make_shared<const ConsoleScript>(std::move(good)),
           std::make_shared<const ConsoleScript>(std::move(bad)), true};
 }
@@ -57,8 +58,8 @@ class Clipper {
       : m_workspace(workspace), m_prompts(prompts), m_progress(progress) {}
 
   ClipReport clip() {
-    const auto steps = {&Clipper::check_tiles, &Clipper::check_folder, &Clipper::check_tool,
-                        &Clipper::find_contours, &Clipper::run};
+    const auto steps = {&Clipper::check_tiles,   &Clipper::check_folder,  &Clipper::check_tool,
+                        &Clipper::write_polygon, &Clipper::find_contours, &Clipper::run};
     for (const auto step : steps) {
       if (!(this->*step)()) break;
     }
@@ -94,10 +95,16 @@ class Clipper {
     return false;
   }
 
+  bool write_polygon() {
+    const Result<std::string> box = create_poly(m_workspace);
+    if (!box.ok()) m_prompts.tell(box.error, Icon::critical);
+    return box.ok();
+  }
+
   bool find_contours() {
     const std::vector<std::string> names = needed_cells(m_workspace, m_prompts);
     const std::vector<std::string> folders = searched_hgt_folders(m_workspace.settings);
-    const CellFiles files = find_cell_files(names, folders, CellFile::contours);
+    const CellFiles files = find_contour_files(names, folders);
     for (const std::string& path : files.found) {
       const std::string contours = platform::absolute(path);
       const std::string name = clipped_file_name(platform::name_of(contours));
@@ -122,10 +129,6 @@ class Clipper {
   }
 
   bool run() {
-    if (const Result<std::string> box = create_poly(m_workspace); !box.ok()) {
-      m_prompts.tell(box.error, Icon::critical);
-      return false;
-    }
     m_script.osmconvert = platform::short_path(m_tool);
     m_script.polygon =
         platform::join(platform::short_path(platform::absolute(m_workspace.folder.path())), polygon_name);
@@ -165,6 +168,16 @@ class Clipper {
     if (end.ok()) conclude(expected, bad.value, end.value);
   }
 
+  // The script takes every failure with the first file for a protected folder.
+  std::string what_the_tool_said(const std::string& output) const {
+    if (!platform::folder_is_writable(m_folder)) return std::string(trim(output));
+    std::string said = "osmconvert has failed.";
+    for (const std::string& line : split_lines(output)) {
+      if (!contains(line, protected_folder)) said.append(crlf).append(line);
+    }
+    return std::string(trim(said));
+  }
+
   void conclude(const std::vector<std::string>& expected, const std::vector<std::string>& bad,
                 const VisibleRunEnd& end) {
     for (const std::string& path : expected) {
@@ -177,7 +190,7 @@ class Clipper {
     if (end.cancelled) m_report.result = StageResult::cancelled;
     if (m_report.result == StageResult::done) m_progress.fraction(1);
     if (m_report.result != StageResult::failed) return;
-    const std::string said(trim(end.output));
+    const std::string said = what_the_tool_said(end.output);
     m_prompts.tell(
         "Clipped contours missing:\r\n" + join_texts(bad, crlf) + (said.empty() ? "" : "\r\n\r\n" + said),
         Icon::critical);

@@ -2,13 +2,13 @@
 
 #include <algorithm>
 #include <fstream>
+#include <thread>
 
 #include "app/script_run.hpp"
 #include "base/files.hpp"
 #include "base/text.hpp"
 #include "elevation/contour_script.hpp"
 #include "elevation/height_cells.hpp"
-#include "elevation/hgt_coverage.hpp"
 #include "elevation/tool_script.hpp"
 #include "platform/files.hpp"
 #include "platform/paths.hpp"
@@ -81,6 +81,7 @@ class Maker {
 
   // Every selected file counts; missing ones are subtracted.
   bool find_files() {
+    offer_right_names();
     std::vector<std::string> missing;
     for (const std::string& listed : m_listed) {
       std::string file = existing_height_file(listed);
@@ -89,19 +90,47 @@ class Maker {
       else
         m_found.push_back(std::move(file));
     }
+    m_report.missing = missing;
     if (!missing.empty()) warn(m_prompts, join_texts(missing, crlf) + "\r\nPlease download or unzip:");
     return !m_found.empty();
   }
 
-  bool check_files() {
+  // Heights that are there under a name in lower case, which the map compiler would not find either.
+  void offer_right_names() {
+    std::vector<HeightCell> cells;
+    for (const std::string& listed : m_listed) {
+      if (!existing_height_file(listed).empty()) continue;
+      const std::string cell = cell_of_file(platform::name_of(listed));
+      for (HeightCell& found : find_height_cells({cell}, {platform::folder_of(listed)}))
+        cells.push_back(std::move(found));
+    }
+    if (const Status renamed = offer_renaming(m_prompts, cells); !renamed.ok())
+      warn(m_prompts, renamed.error);
+  }
+
+  // A damaged cell is told and left out; it does not hinder the others.
+  bool drop_damaged() {
     std::string damaged;
+    std::vector<std::string> whole;
     for (const std::string& file : m_found) {
       const std::string problem = height_file_problem(file, cell_of_file(platform::name_of(file)));
-      if (!problem.empty()) damaged.append(file).append(" ").append(problem).append(crlf);
+      if (problem.empty()) {
+        // A cell may lie there plain and zipped; both have the same contours.
+        const bool is_new = std::none_of(whole.begin(), whole.end(), [&](const std::string& other) {
+          return contour_path(other) == contour_path(file);
+        });
+        if (is_new) whole.push_back(file);
+        continue;
+      }
+      damaged.append(file).append(" ").append(problem).append(crlf);
+      m_report.missing.push_back(platform::name_of(file));
     }
     if (!damaged.empty()) warn(m_prompts, damaged);
-    return damaged.empty() && copy_when_wanted() && check_folders() && check_existing();
+    m_found = std::move(whole);
+    return !m_found.empty();
   }
+
+  bool check_files() { return drop_damaged() && copy_when_wanted() && check_folders() && check_existing(); }
 
   bool copy_when_wanted() {
     if (!m_request.copy_to_work_folder) return true;
@@ -126,15 +155,30 @@ class Maker {
     return true;
   }
 
+  // What a killed tool left is no contour file that anybody would miss.
   bool check_existing() {
     std::vector<std::string> existing;
     for (const std::string& file : m_found) {
       std::string contours = contour_path(file);
-      if (file_exists(contours)) existing.push_back(std::move(contours));
+      bring_back(contours);
+      if (is_complete_contour_file(contours)) existing.push_back(std::move(contours));
     }
     if (existing.empty() || m_request.overwrite) return true;
     warn(m_prompts, join_texts(existing, crlf) + "\r\nFile(s) exist. Tick 'overwrite' ");
     return false;
+  }
+
+  // Our own tool alone is known to share a folder with another run of it.
+  [[nodiscard]] std::size_t cells_at_once() const {
+    const std::string tool = lower_ascii(platform::name_of(m_workspace.settings.contour_tool));
+    return tool.starts_with("ferrowen-contours") ? std::max(1U, std::thread::hardware_concurrency()) : 1U;
+  }
+
+  // A run that was killed together with this program left the older contours aside.
+  void bring_back(const std::string& contours) {
+    const std::string aside = contours + ".before";
+    if (file_exists(contours) || !is_complete_contour_file(aside)) return;
+    if (const Status back = rename_file(aside, contours); !back.ok()) warn(m_prompts, back.error);
   }
 
   void run() {
@@ -143,6 +187,7 @@ class Maker {
     script.option_text = contour_option_text(m_request.interval, m_request.tolerance);
     script.overwrite = m_request.overwrite;
     script.pause = m_request.pause;
+    script.at_once = cells_at_once();
     std::vector<std::string> expected;
     for (const std::string& file : m_found) {
       script.jobs.push_back({file});
@@ -238,14 +283,37 @@ bool is_complete_contour_file(const std::string& path) {
   return file && trim(tail).ends_with(end_of_osm);
 }
 
+CellFiles find_contour_files(const std::vector<std::string>& names, const std::vector<std::string>& folders) {
+  CellFiles files;
+  for (const std::string& name : names) {
+    const auto complete = [&](const std::string& folder) {
+      const CellFiles here = find_cell_files({name}, folder, CellFile::contours);
+      if (here.found.empty() || !is_complete_contour_file(here.found.front())) return false;
+      files.found.push_back(here.found.front());
+      return true;
+    };
+    if (!std::any_of(folders.begin(), folders.end(), complete)) files.missing.push_back(name);
+  }
+  return files;
+}
+
+std::vector<std::string> contour_file_names(const std::vector<std::string>& cells) {
+  std::vector<std::string> names;
+  names.reserve(cells.size());
+  for (const std::string& cell : cells)
+    names.push_back(contour_file_name(cell));
+  return names;
+}
+
 ContourCells contour_cells(Workspace& workspace, Prompts& prompts) {
   ContourCells cells;
   const std::vector<std::string> folders = searched_hgt_folders(workspace.settings);
   const std::vector<std::string> names = needed_cells(workspace, prompts);
-  const CellFiles contours = find_cell_files(names, folders, CellFile::contours);
+  const CellFiles contours = find_contour_files(names, folders);
   const CellFiles heights = find_cell_files(contours.missing, folders, CellFile::hgt);
   cells.to_make = heights.found;
   cells.missing_heights = heights.missing;
+  cells.missing_contours = contours.missing;
   cells.all_made = !names.empty() && contours.missing.empty();
   return cells;
 }
@@ -259,8 +327,8 @@ bool chkcontours(Workspace& workspace, Prompts& prompts) {
   if (cells.to_make.empty()) {
     warn(prompts, "Can't find HGT files");
   } else {
-    warn(prompts, "Missing:\r\n" + join_texts(cells.to_make, crlf) + "\r\n" +
-                      std::to_string(cells.to_make.size()) + " contour(s)");
+    warn(prompts, "Missing:\r\n" + join_texts(contour_file_names(cells.missing_contours), crlf) + "\r\n" +
+                      std::to_string(cells.missing_contours.size()) + " contour(s)");
   }
   return false;
 }

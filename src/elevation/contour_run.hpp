@@ -6,6 +6,7 @@
 
 #include "app/workspace.hpp"
 #include "base/prompts.hpp"
+#include "elevation/hgt_coverage.hpp"
 #include "pipeline/tiles/splitter.hpp"
 
 namespace ferrowen {
@@ -24,6 +25,8 @@ struct ContourOutcome {
   StageResult result = StageResult::stopped;
   std::vector<std::string> files;   // contour files that were made
   std::vector<std::string> failed;  // expected and not good
+  // Selected cells whose heights are missing or damaged; the others were made without them.
+  std::vector<std::string> missing;
   double seconds = 0;
 };
 
@@ -41,10 +44,15 @@ ContourProgress contour_progress(std::size_t made, std::size_t expected, double 
 
 // True for a contour file that was written to its end.
 bool is_complete_contour_file(const std::string& path);
+// The complete contour files of these cells; one that was cut off counts as missing.
+CellFiles find_contour_files(const std::vector<std::string>& names, const std::vector<std::string>& folders);
+// "N46W007.osm" for each of these cells.
+std::vector<std::string> contour_file_names(const std::vector<std::string>& cells);
 
 struct ContourCells {
-  std::vector<std::string> to_make;          // paths of height files whose contours are missing
-  std::vector<std::string> missing_heights;  // names of cells without heights
+  std::vector<std::string> to_make;           // paths of height files whose contours are missing
+  std::vector<std::string> missing_contours;  // names of cells, with heights or without
+  std::vector<std::string> missing_heights;   // names of cells without heights
   bool all_made = false;
 };
 // What the selected tiles still need.

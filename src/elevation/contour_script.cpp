@@ -103,11 +103,15 @@ std::string contour_file_name(std::string_view height_file) {
 
 Result<ConsoleScript> contour_script(const ContourScript& script, Dialect dialect) {
   Result<ConsoleScript> console;
+  const bool side_by_side = dialect == Dialect::shell && script.at_once > 1 && script.jobs.size() > 1;
+  std::size_t number = 0;
   for (const ScriptedCell& job : script.jobs) {
-    const Result<std::string> line = tool_line(script, job, dialect);
+    Result<std::string> line = tool_line(script, job, dialect);
     if (!line.ok()) return failed<ConsoleScript>(line.error);
     console.value.add(step::NamedFolder{std::string(folder_variable), platform::folder_of(job.height_file)})
-        .add(step::Lines{line.value});
+        .add(step::Lines{line.value + (side_by_side ? " &" : "")});
+    const bool group_ends = ++number % script.at_once == 0 || number == script.jobs.size();
+    if (side_by_side && group_ends) console.value.add(step::Lines{"wait"});
   }
   if (script.pause) console.value.add(step::Pause{});
   return console;

@@ -41,6 +41,7 @@ struct ContourScript {
   bool overwrite = false;
   bool pause = false;
   std::vector<ScriptedCell> jobs;
+  std::size_t at_once = 1;  // cells that a shell script makes side by side
 };
 // One call of the tool per job, each in the folder of its height file. The tool takes the longitude as --Lat
 // and the latitude as --Lon.

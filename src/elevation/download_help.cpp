@@ -89,6 +89,7 @@ DownloadState download_state(Workspace& workspace, Prompts& prompts) {
 
 std::string download_message(const DownloadState& state, const Workspace& workspace) {
   if (workspace.tiles.empty()) return "Please SPLIT file to obtain hgt files needed.";
+  if (workspace.saved_selection && selected_count(workspace.tiles) == 0) return "Please select a Tile.";
   if (state.needed.empty()) return "Can't find hgt file(s) for this region.";
   if (!state.archives.empty()) return "Please unzip zip files\r\n" + join_texts(state.archives, crlf);
   if (state.missing.empty()) return "All HGT files have been downloaded.";

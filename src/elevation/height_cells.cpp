@@ -5,6 +5,7 @@
 
 #include "base/files.hpp"
 #include "base/text.hpp"
+#include "elevation/contour_run.hpp"
 #include "elevation/hgt_coverage.hpp"
 #include "elevation/zip_directory.hpp"
 #include "platform/paths.hpp"
@@ -13,6 +14,7 @@ namespace ferrowen {
 
 namespace {
 
+constexpr int message_auto_search = 234;
 constexpr std::uint64_t bytes_of_a_sample = 2;
 constexpr std::array<std::uint64_t, 2> samples_of_a_side = {1201, 3601};
 constexpr std::size_t cell_length = 7;  // N46W007
@@ -88,6 +90,11 @@ std::string lines_of(const std::vector<HeightCell>& cells, CellCondition conditi
 std::string missing_text(const std::vector<std::string>& missing, const std::vector<std::string>& folders) {
   return std::to_string(missing.size()) + " hgt file(s) not found.\r\nFolder: '" +
          join_texts(folders, "', '") + "'\r\n" + join_texts(missing, crlf);
+}
+
+// The lines that follow when nothing is found and only one folder was searched.
+std::string auto_search_advice(const Settings& settings, const std::string& advice) {
+  return settings.hgt_auto_search ? "" : std::string(crlf) + advice;
 }
 
 std::string land_cells(const Workspace& workspace) {
@@ -186,9 +193,16 @@ Status offer_renaming(Prompts& prompts, std::vector<HeightCell>& cells) {
   return {};
 }
 
+void offer_renaming_in_area(Workspace& workspace, Prompts& prompts) {
+  std::vector<HeightCell> cells =
+      find_height_cells(needed_cells(workspace, prompts), searched_hgt_folders(workspace.settings));
+  if (const Status renamed = offer_renaming(prompts, cells); !renamed.ok())
+    prompts.tell(renamed.error, Icon::warning);
+}
+
 bool check_dem_cells(const Workspace& workspace, Prompts& prompts) {
   const std::vector<std::string> folders = searched_hgt_folders(workspace.settings);
-  const std::vector<std::string> names = coverage_of_selection(workspace.tiles, land_cells(workspace));
+  const std::vector<std::string> names = touched_cells(workspace.tiles, land_cells(workspace));
   std::vector<HeightCell> cells = find_height_cells(names, folders);
   if (const Status renamed = offer_renaming(prompts, cells); !renamed.ok())
     prompts.tell(renamed.error, Icon::warning);
@@ -198,6 +212,11 @@ bool check_dem_cells(const Workspace& workspace, Prompts& prompts) {
   const std::vector<std::string> missing = cells_in(cells, CellCondition::missing);
   const std::vector<std::string> damaged = cells_in(cells, CellCondition::damaged);
   const bool heights = std::any_of(folders.begin(), folders.end(), holds_heights);
+  if (!names.empty() && std::none_of(folders.begin(), folders.end(), folder_exists))
+    prompts.tell(
+        "Cannot locate HGT files. Check Contours/Dem Settings\r\nUntick DEM or Contours" +
+            auto_search_advice(workspace.settings, "Perhaps select Auto Search DEM/Contours,Settings"),
+        Icon::warning);
   // Without a single file of heights the plan of the build says what to do.
   if (names.empty() || !heights) return true;
   if (!damaged.empty())
@@ -207,7 +226,9 @@ bool check_dem_cells(const Workspace& workspace, Prompts& prompts) {
   if (missing.size() + damaged.size() == cells.size()) {
     std::vector<std::string> useless = missing;
     useless.insert(useless.end(), damaged.begin(), damaged.end());
-    prompts.tell("No HGT!\r\n" + join_texts(useless, crlf), Icon::warning);
+    prompts.tell("No HGT!\r\n" + join_texts(useless, crlf) +
+                     auto_search_advice(workspace.settings, workspace.message(message_auto_search)),
+                 Icon::warning);
     return false;
   }
   if (!missing.empty()) prompts.tell(missing_text(missing, folders), Icon::warning);
@@ -220,8 +241,8 @@ void check_contour_files(const Workspace& workspace, Prompts& prompts) {
   const std::vector<std::string> names = coverage_of_selection(workspace.tiles, land_cells(workspace));
   const std::vector<std::string> folders =
       clipped ? std::vector<std::string>{current_clip_folder(settings)} : searched_hgt_folders(settings);
-  const CellFiles files =
-      find_cell_files(names, folders, clipped ? CellFile::clipped_contours : CellFile::contours);
+  const CellFiles files = clipped ? find_cell_files(names, folders, CellFile::clipped_contours)
+                                  : find_contour_files(names, folders);
   const std::string found = std::to_string(files.found.size());
   const std::string missing_count = std::to_string(files.missing.size());
   if (!names.empty() && files.found.empty()) {
@@ -230,7 +251,8 @@ void check_contour_files(const Workspace& workspace, Prompts& prompts) {
                          : "No contours found. Untick contours.",
                  Icon::warning);
   } else if (!files.missing.empty()) {
-    prompts.tell("Missing OSM Contour files (" + missing_count + ")\r\n" + join_texts(files.missing, crlf),
+    prompts.tell("Missing OSM Contour files (" + missing_count + ")\r\n" +
+                     join_texts(contour_file_names(files.missing), crlf),
                  Icon::warning);
   }
   prompts.tell("Added " + found + " contours" + (files.found.empty() ? "." : ""));

@@ -55,8 +55,11 @@ std::vector<AreaCell> cells_of_area(Workspace& workspace, Prompts& prompts);
 // are then found. The error tells of a file that could not be renamed.
 Status offer_renaming(Prompts& prompts, std::vector<HeightCell>& cells);
 
-// The check of a DEM build: every cell of the tiles. Tells what is missing or damaged; false when not a
-// single cell has heights, so that the build must not go on.
+// The same for the cells of the selected tiles.
+void offer_renaming_in_area(Workspace& workspace, Prompts& prompts);
+
+// The check of a DEM build: every cell that the tiles touch. Tells what is missing or damaged; false when not
+// a single cell has heights, so that the build must not go on.
 bool check_dem_cells(const Workspace& workspace, Prompts& prompts);
 // The check of a build with contours: tells how many contour files are added and which are missing. The build
 // goes on in any case, without contours when there are none.

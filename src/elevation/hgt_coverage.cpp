@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <array>
+#include <cmath>
 #include <cstdlib>
 
 #include "base/files.hpp"
@@ -44,9 +45,12 @@ std::string half_name(std::string_view text, char positive, char negative, std::
   return (below_zero ? negative : positive) + padded(degrees + (below_zero ? 1 : 0), width);
 }
 
-bool is_half_name(std::string_view half, std::string_view letters, long highest) {
-  return contains(letters, half.substr(0, 1)) && is_digits(half.substr(1)) &&
-         lenient_whole_number(half.substr(1)) <= highest;
+// A cell is named after its south-west corner, so the last one below zero counts one further.
+bool is_half_name(std::string_view half, char positive, char negative, long highest) {
+  if (!is_digits(half.substr(1))) return false;
+  const long degrees = lenient_whole_number(half.substr(1));
+  return (half[0] == positive && degrees < highest) ||
+         (half[0] == negative && degrees > 0 && degrees <= highest);
 }
 
 struct Range {
@@ -68,6 +72,23 @@ std::vector<float> degree_steps(const Range& range) {
     degree += 1.0F;
   }
   return steps;
+}
+
+// First and last whole degree that a tile reaches into; its edge alone reaches into nothing.
+struct WholeDegrees {
+  long first = 0;
+  long last = 0;
+};
+
+WholeDegrees whole_degrees(double one, double other, double limit) {
+  const double from = std::floor(std::clamp(std::min(one, other), -limit, limit - 1));
+  const double to = std::ceil(std::clamp(std::max(one, other), -limit, limit)) - 1;
+  return {static_cast<long>(from), static_cast<long>(std::max(from, to))};
+}
+
+std::string cell_name(long south, long west) {
+  return (south < 0 ? 'S' : 'N') + padded(std::abs(south), 2) + (west < 0 ? 'W' : 'E') +
+         padded(std::abs(west), 3) + std::string(height_ending);
 }
 
 std::string cell_of(std::string_view name) { return std::string(name.substr(0, name.find(height_ending))); }
@@ -106,8 +127,8 @@ double signed_whole_part(std::string_view coordinate) {
 
 bool is_hgt_name(std::string_view name) {
   return name.size() == name_length && name.ends_with(height_ending) &&
-         is_half_name(name.substr(0, 3), "NS", static_cast<long>(highest_latitude)) &&
-         is_half_name(name.substr(3, 4), "EW", static_cast<long>(highest_longitude));
+         is_half_name(name.substr(0, 3), 'N', 'S', static_cast<long>(highest_latitude)) &&
+         is_half_name(name.substr(3, 4), 'E', 'W', static_cast<long>(highest_longitude));
 }
 
 std::string tile_coverage(const Tile& tile, std::string_view land_list) {
@@ -145,6 +166,27 @@ std::vector<std::string> coverage_of_selection(const TileList& tiles, std::strin
   return names;
 }
 
+std::vector<std::string> touched_cells(const TileList& tiles, std::string_view land_list) {
+  const bool all = selected_count(tiles) == 0;
+  std::vector<std::string> names;
+  for (const Tile& tile : tiles) {
+    if (!all && !tile.selected) continue;
+    const Corner& one = tile.lower_left;
+    const Corner& other = tile.upper_right;
+    const WholeDegrees rows = whole_degrees(one.latitude, other.latitude, highest_latitude);
+    const WholeDegrees columns = whole_degrees(one.longitude, other.longitude, highest_longitude);
+    for (long south = rows.first; south <= rows.last; ++south) {
+      for (long west = columns.first; west <= columns.last; ++west) {
+        std::string name = cell_name(south, west);
+        const bool is_land = land_list.empty() || contains(land_list, cell_of(name));
+        if (is_land && std::find(names.begin(), names.end(), name) == names.end())
+          names.push_back(std::move(name));
+      }
+    }
+  }
+  return names;
+}
+
 CellFiles find_cell_files(const std::vector<std::string>& names, const std::string& folder, CellFile kind) {
   return find_cell_files(names, std::vector<std::string>{folder}, kind);
 }
@@ -172,6 +214,19 @@ std::string current_hgt_folder(const Settings& settings) {
 
 std::string current_clip_folder(const Settings& settings) {
   return slot_text(settings.clip_folders, settings.clip_slot);
+}
+
+bool use_clip_folder(Settings& settings, const std::string& folder) {
+  auto& slots = settings.clip_folders;
+  const auto holds = [](std::string_view text) {
+    return [text](const std::string& slot) { return trim(slot) == text; };
+  };
+  auto slot = std::find_if(slots.begin(), slots.end(), holds(folder));
+  if (slot == slots.end()) slot = std::find_if(slots.begin(), slots.end(), holds(""));
+  if (slot == slots.end()) return false;
+  *slot = folder;
+  settings.clip_slot = static_cast<int>(slot - slots.begin());
+  return true;
 }
 
 std::vector<std::string> searched_hgt_folders(const Settings& settings) {

@@ -30,27 +30,42 @@ std::shared_ptr<const ConsoleScript> only(Step step) {
   return std::make_shared<const ConsoleScript>(std::move(script));
 }
 
-void add_conversions(const MergeScript& script, ConsoleScript& console) {
+// The tool tells a damaged input by its status alone and leaves what it read of it, often most of a file.
+// Status 92 is its warning about an unusual order of a whole file.
+void delete_when_failed(const std::string& path, Dialect dialect, ConsoleScript& console) {
+  const Result<std::string> rendered = render_path(path, dialect);
+  if (!rendered.ok()) return;  // the steps beside this one tell it
+  const std::string& name = rendered.value;
+  console.add(step::Lines{dialect == Dialect::batch
+                              ? "if not \"%errorlevel%\"==\"0\" if not \"%errorlevel%\"==\"92\" if exist " +
+                                    name + " del " + name
+                              : "case $? in 0|92) ;; *) rm -f -- " + name + ";; esac"});
+}
+
+void add_conversions(const MergeScript& script, Dialect dialect, ConsoleScript& console) {
   for (std::size_t i = 1; i <= script.files.size(); ++i) {
     const std::string& file = script.files[i - 1];
     const std::string part = part_path(script, i);
     console.add(step::Echo{"@echo ", "converting " + file})
-        .add(step::Run{{script.osmconvert, {word(file), option("-o", part)}}})
-        .add(step::DeleteEmpty{part})
+        .add(step::Run{{script.osmconvert, {word(file), option("-o", part)}}});
+    delete_when_failed(part, dialect, console);
+    console.add(step::DeleteEmpty{part})
         .add(step::IfExists{part, false, only(step::Echo{"echo ", file + " not included"}), nullptr});
   }
 }
 
-void add_joining(const MergeScript& script, ConsoleScript& console) {
+void add_joining(const MergeScript& script, Dialect dialect, ConsoleScript& console) {
   const std::string all = platform::join(script.work_folder, "all.o5m");
   console.add(step::CollectNothing{});
   for (std::size_t i = 1; i <= script.files.size(); ++i)
     console.add(step::Collect{part_path(script, i)});
-  console.add(step::RunWithCollected{{script.osmconvert, {option("-o", all)}}})
-      .add(step::Echo{"@echo ", "."})
+  console.add(step::RunWithCollected{{script.osmconvert, {option("-o", all)}}});
+  delete_when_failed(all, dialect, console);
+  console.add(step::Echo{"@echo ", "."})
       .add(step::Echo{"@echo ", "Creating:" + script.target})
       .add(step::Echo{"@echo ", "."})
       .add(step::Run{{script.osmconvert, {word(all), option("-o", script.target)}}});
+  delete_when_failed(script.target, dialect, console);
   for (std::size_t i = 1; i <= script.files.size(); ++i)
     console.add(
         step::IfExists{part_path(script, i), true, only(step::Delete{part_path(script, i)}), nullptr});
@@ -95,6 +110,7 @@ class Merger {
     }
     if (m_files.size() < 2) return stop("Must contain at least 2 files");
     for (const std::string& file : m_files) {
+      if (folder_exists(file)) return stop(file + " is a folder.");
       if (!file_has_content(file))
         return stop(file + " " + (file_exists(file) ? "has zero length" : m_workspace.message(44)));
     }
@@ -217,6 +233,8 @@ std::vector<std::string> parse_merge_list(std::string_view text, Dialect dialect
   std::vector<std::string> files;
   for (const std::string& line : split_lines(text)) {
     std::string file(trim(line));
+    if (file.size() > 1 && file.starts_with('"') && file.ends_with('"'))
+      file = file.substr(1, file.size() - 2);
     if (dialect == Dialect::batch) file = replace_all(replace_all(file, "/", "\\"), "\\\\", "\\");
     if (!file.empty()) files.push_back(std::move(file));
   }
@@ -229,7 +247,12 @@ std::string merge_list_text(const std::vector<std::string>& files) {
 
 Result<std::vector<std::string>> load_merge_list(const std::string& path) {
   const Result<std::string> text = read_file(path);
-  return {parse_merge_list(decode_tool_text(text.value)), text.error};
+  std::vector<std::string> files = parse_merge_list(decode_tool_text(text.value));
+  const std::string folder = platform::folder_of(platform::absolute(path));
+  for (std::string& file : files) {
+    if (!platform::is_absolute(file)) file = platform::join(folder, file);
+  }
+  return {std::move(files), text.error};
 }
 
 Status save_merge_list(const std::string& path, const std::vector<std::string>& files) {
@@ -240,15 +263,15 @@ Status save_merge_list(const std::string& path, const std::vector<std::string>& 
   return safe_write(path, merge_list_text(files));
 }
 
-ConsoleScript merge_script(const MergeScript& script) {
+ConsoleScript merge_script(const MergeScript& script, Dialect dialect) {
   ConsoleScript console;
   console.add(step::Header{"@ECHO OFF"})
       .add(step::Echo{"@echo ", "Merging " + std::to_string(script.files.size()) + " files."});
   for (int i = 0; i < 3; ++i)
     console.add(step::Echo{"@echo ", "."});
   console.add(step::Echo{"@echo ", "Please Wait..."}).add(step::Echo{"@echo ", "."});
-  add_conversions(script, console);
-  add_joining(script, console);
+  add_conversions(script, dialect, console);
+  add_joining(script, dialect, console);
   console
       .add(step::IfExists{script.target, true, only(step::Echo{"echo ", script.target + " created."}),
                           nullptr})

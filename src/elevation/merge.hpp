@@ -16,6 +16,7 @@ namespace ferrowen {
 // A list file (*.lst): one path per line. For Windows "/" becomes "\" and a doubled "\" one.
 std::vector<std::string> parse_merge_list(std::string_view text, Dialect dialect = native_dialect);
 std::string merge_list_text(const std::vector<std::string>& files);
+// Relative names are meant from the folder of the list.
 Result<std::vector<std::string>> load_merge_list(const std::string& path);
 Status save_merge_list(const std::string& path, const std::vector<std::string>& files);
 
@@ -25,7 +26,7 @@ struct MergeScript {
   std::string target;
   std::string work_folder;  // of p1.o5m, p2.o5m, ... and all.o5m
 };
-ConsoleScript merge_script(const MergeScript& script);
+ConsoleScript merge_script(const MergeScript& script, Dialect dialect = native_dialect);
 
 struct MergeReport {
   StageResult result = StageResult::stopped;

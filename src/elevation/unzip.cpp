@@ -84,7 +84,9 @@ class Unpacker {
   }
 
   bool look_into_archives() {
-    const std::vector<std::string> archives = list_files(m_folder, {std::string(archive_ending)});
+    const std::vector<std::string> archives = zip_archives(m_folder);
+    for (const std::string& archive : archives)
+      m_endings.insert(archive.substr(archive.size() - archive_ending.size()));
     if (archives.empty()) return stop(m_workspace.message(message_no_files) + ": " + m_folder);
     m_contents = contents_of(m_folder, archives);
     if (!m_contents.problems.empty()) return stop("Not unzipped:" + m_contents.problems);
@@ -101,8 +103,8 @@ class Unpacker {
       paths.push_back(platform::join(m_folder, name));
     ExpectedFiles results(paths);
     Status ready = results.clear_the_way();
-    Result<ConsoleScript> console =
-        unzip_script(platform::short_path(m_workspace.settings.seven_zip), m_folder, native_dialect);
+    Result<ConsoleScript> console = unzip_script(platform::short_path(m_workspace.settings.seven_zip),
+                                                 m_folder, native_dialect, m_endings);
     if (ready.ok()) ready.error = console.error;
     Result<VisibleRunEnd> end{{}, ready.error};
     if (ready.ok()) {
@@ -155,18 +157,28 @@ class Unpacker {
   Prompts& m_prompts;
   Progress& m_progress;
   std::string m_folder;
+  std::set<std::string> m_endings;
   Contents m_contents;
   UnzipReport m_report;
 };
 
 }  // namespace
 
-Result<ConsoleScript> unzip_script(const std::string& seven_zip, const std::string& folder, Dialect dialect) {
+std::vector<std::string> zip_archives(const std::string& folder) {
+  std::vector<std::string> archives = list_files(folder, {""});
+  std::erase_if(archives,
+                [](const std::string& name) { return !ends_with_ignoring_case(name, archive_ending); });
+  return archives;
+}
+
+Result<ConsoleScript> unzip_script(const std::string& seven_zip, const std::string& folder, Dialect dialect,
+                                   const std::set<std::string>& endings) {
   Result<ConsoleScript> console;
   console.value.add(step::ChangeFolder{folder, " cd /d "});
   // The archiver itself looks for the archives; files that are there are replaced without a question.
   if (dialect == Dialect::shell) {
-    console.value.add(step::Run{{seven_zip, {word("e"), quoted("*.zip"), word("-y")}}});
+    for (const std::string& ending : endings)
+      console.value.add(step::Run{{seven_zip, {word("e"), quoted("*" + ending), word("-y")}}});
   } else {
     const Result<std::string> program = render_command({seven_zip, {}}, dialect);
     console.error = program.error;
@@ -184,7 +196,7 @@ UnzipReport unzip(Workspace& workspace, Prompts& prompts, Progress& progress, co
 std::vector<std::string> archives_with_cells(const std::string& folder,
                                              const std::vector<std::string>& cells) {
   std::vector<std::string> found;
-  for (const std::string& archive : list_files(folder, {std::string(archive_ending)})) {
+  for (const std::string& archive : zip_archives(folder)) {
     FileSource source(platform::join(folder, archive));
     const Result<std::vector<ArchiveItem>> entries = read_zip_directory(source);
     const bool useful =

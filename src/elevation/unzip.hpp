@@ -2,6 +2,7 @@
 // the folder, links, or holds heights of a wrong size is refused.
 #pragma once
 
+#include <set>
 #include <string>
 #include <vector>
 
@@ -16,7 +17,12 @@ namespace ferrowen {
 inline constexpr const char* seven_zip_missing = "Cannot locate 7zip";
 inline constexpr const char* seven_zip_missing_for_contours = "Please locate 7z.exe  (Contours,Unzip)";
 
-Result<ConsoleScript> unzip_script(const std::string& seven_zip, const std::string& folder, Dialect dialect);
+// Names of the zip archives in a folder, whatever the case of their endings.
+std::vector<std::string> zip_archives(const std::string& folder);
+
+// `endings` are those that the archives have; in a batch file their case does not count.
+Result<ConsoleScript> unzip_script(const std::string& seven_zip, const std::string& folder, Dialect dialect,
+                                   const std::set<std::string>& endings = {".zip"});
 
 struct UnzipReport {
   StageResult result = StageResult::stopped;

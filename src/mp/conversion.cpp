@@ -2,7 +2,9 @@
 
 #include <algorithm>
 #include <chrono>
+#include <filesystem>
 #include <fstream>
+#include <system_error>
 
 #include "base/files.hpp"
 #include "base/text.hpp"
@@ -17,6 +19,7 @@ namespace {
 
 constexpr std::string_view mp_ending = ".mp";
 constexpr std::string_view mp_mark = "[IMG ID]";
+constexpr std::size_t most_poor_labels = 26;  // the last one stands for all that follow
 
 // For a look at a file before it is converted: nothing is said, every question is answered with No.
 class SilentPrompts : public Prompts {
@@ -40,6 +43,16 @@ void add_counts(MpCounts& sum, const MpCounts& more) {
   sum.polygons += more.polygons;
   sum.pois += more.pois;
   sum.coordinates += more.coordinates;
+}
+
+// A pipe or a device may have no end, or never begin.
+Result<std::string> read_source(const std::string& path) {
+  std::error_code error;
+  const std::filesystem::file_status status =
+      std::filesystem::status(platform::file_system_path(path), error);
+  const bool is_other = std::filesystem::exists(status) && !std::filesystem::is_regular_file(status) &&
+                        !std::filesystem::is_directory(status);
+  return is_other ? Result<std::string>{"", path + ": is no file"} : read_file(path);
 }
 
 bool has_objects(const MpCounts& counts) { return counts.lines + counts.polygons + counts.pois > 0; }
@@ -99,7 +112,7 @@ std::optional<std::string> ConversionJob::line_type(std::string& type_box, MpKin
   return line.type;
 }
 
-std::string ConversionJob::label(std::string_view text) {
+std::string ConversionJob::label(std::string_view text, std::size_t line) {
   EncodedLabel encoded = encode_label(text);
   has_foreign_letters =
       has_foreign_letters || std::any_of(encoded.bytes.begin(), encoded.bytes.end(),
@@ -107,9 +120,25 @@ std::string ConversionJob::label(std::string_view text) {
   if (!encoded.unencodable.empty()) {
     const std::string problem = "label '" + std::string(text) + "': no place in code page 1251 for " +
                                 encoded.unencodable + ", written as ?";
-    if (!is_told(problem)) m_problems.push_back(problem);
+    const auto same = std::find_if(m_poor_labels.begin(), m_poor_labels.end(),
+                                   [&](const PoorLabel& one) { return one.problem == problem; });
+    if (same != m_poor_labels.end())
+      ++same->count;
+    else if (m_poor_labels.size() < most_poor_labels)
+      m_poor_labels.push_back({problem, line, 1});
+    else
+      ++m_poor_labels.back().count;
   }
   return encoded.bytes;
+}
+
+void ConversionJob::add_label_problems() {
+  for (const PoorLabel& one : m_poor_labels) {
+    const std::string place = one.line == 0 ? "" : "line " + std::to_string(one.line) + ": ";
+    const std::string more = one.count > 1 ? " (" + std::to_string(one.count) + " labels)" : "";
+    if (!is_told(place + one.problem)) m_problems.push_back(place + one.problem + more);
+  }
+  m_poor_labels.clear();
 }
 
 bool ConversionJob::keep_going(std::size_t done, std::size_t whole) {
@@ -126,6 +155,7 @@ void ConversionJob::add_problems(const ProblemList& problems) {
 
 void ConversionJob::tell_problems() {
   constexpr std::size_t most_lines = 25;
+  add_label_problems();
   if (m_problems.empty()) return;
   std::string text = "There were errors:";
   for (std::size_t i = 0; i < m_problems.size() && i < most_lines; ++i)
@@ -177,7 +207,7 @@ class FileConverter {
     if (const auto earlier = input_written_to(output))
       return refuse(output + " was just written from " + *earlier + "; " + file + " is not converted.",
                     ConversionEnd::stopped_by_check);
-    Result<std::string> bytes = read_file(file);
+    Result<std::string> bytes = read_source(file);
     if (!bytes.ok()) return refuse(bytes.error, ConversionEnd::bad_input);
     m_progress.status(name);
     return write_file(file, output, bytes.value);
@@ -208,13 +238,13 @@ class FileConverter {
     if (job.was_stopped) return ConversionEnd::cancelled;
     job.tell_problems();
     if (job.writer.failed()) return refuse(file.problem(), ConversionEnd::failed);
-    if (end != ConversionEnd::done) return end;
-    const ConversionEnd good = job.has_invalid_type ? ConversionEnd::stopped_by_check : ConversionEnd::done;
+    if (end > ConversionEnd::stopped_by_check) return end;
+    const ConversionEnd good = job.has_invalid_type ? ConversionEnd::stopped_by_check : end;
     if (!has_objects(job.writer.counts())) {
       if (job.has_invalid_type) return good;
-      return refuse(
-          job.name + ": there is nothing to write. A line needs two points, and points were not asked for.",
-          ConversionEnd::bad_input);
+      return refuse(job.name + ": there is nothing to write. A line needs two points" +
+                        (m_format.writes_points ? "." : ", and points were not asked for."),
+                    ConversionEnd::bad_input);
     }
     const Status placed = job.writer.finish() ? file.put_in_place() : Status{file.problem()};
     return placed.ok() ? good : refuse(placed.error, ConversionEnd::failed);
@@ -234,7 +264,7 @@ Conversion convert_files(Workspace& workspace, Prompts& prompts, Progress& progr
 }
 
 std::string converted_text(const std::string& file, Progress& progress, const SourceFormat& format) {
-  Result<std::string> bytes = read_file(file);
+  Result<std::string> bytes = read_source(file);
   if (!bytes.ok() || !ends_with_ignoring_case(file, format.ending)) return "";
   std::string text;
   MpWriter writer(
@@ -246,7 +276,7 @@ std::string converted_text(const std::string& file, Progress& progress, const So
   SilentPrompts silent;
   ConversionJob job(platform::name_of(file), writer, silent, progress);
   const ConversionEnd end = format.convert(job, bytes.value);
-  if (end != ConversionEnd::done || job.was_stopped || !writer.finish()) return "";
+  if (end > ConversionEnd::stopped_by_check || job.was_stopped || !writer.finish()) return "";
   return has_objects(writer.counts()) ? text : "";
 }
 

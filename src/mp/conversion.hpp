@@ -51,8 +51,9 @@ class ConversionJob {
   // line is shortened in its box.
   std::optional<std::string> line_type(std::string& type_box, MpKind kind);
   std::optional<std::string> point_type(const std::string& type_box);
-  // The label's bytes; letters without a place in its code page become problems.
-  std::string label(std::string_view text);
+  // The label's bytes; letters without a place in its code page become problems. `line` is where the label
+  // stands in the file; 0 for one that a person has given.
+  std::string label(std::string_view text, std::size_t line = 0);
   // Moves the bar and lets events in; false when the person wants an end, or the disk takes no more.
   bool keep_going(std::size_t done, std::size_t whole);
   void add_problems(const ProblemList& problems);
@@ -69,13 +70,22 @@ class ConversionJob {
   friend class FileConverter;
   bool is_told(const std::string& text);
 
+  // A label with letters that were written as "?".
+  struct PoorLabel {
+    std::string problem;
+    std::size_t line = 0, count = 0;
+  };
+  void add_label_problems();
+
   std::vector<std::string> m_problems, m_told;
+  std::vector<PoorLabel> m_poor_labels;
 };
 
 struct SourceFormat {
   std::string_view ending;   // ".gpx"
   std::string_view refusal;  // of a file with another ending
   PaddedValue padded = PaddedValue::longitude;
+  bool writes_points = false;  // points were asked for
   // Writes the objects of one file. Its bytes may be changed.
   std::function<ConversionEnd(ConversionJob&, std::string& bytes)> convert;
 };

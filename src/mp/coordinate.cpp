@@ -24,7 +24,8 @@ bool is_plain(std::string_view text) {
 
 std::string not_a_number(std::string_view name, std::string_view text) {
   constexpr std::size_t longest_shown = 40;
-  const std::string shown(text.substr(0, longest_shown));
+  std::string shown(text.substr(0, longest_shown));
+  shown.resize(shown.size() - unfinished_utf8_tail(shown));
   return std::string(name) + " '" + shown + "' is no number; the point is left out";
 }
 

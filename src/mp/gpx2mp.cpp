@@ -18,14 +18,19 @@ class GpxConversion {
 
   ConversionEnd convert() {
     if (!m_file.error.empty()) return refuse(m_job.name + " " + m_file.error);
-    const std::string label = m_job.label(chosen_label());
+    const std::string text = chosen_label();
+    const std::string label = m_job.label(text, m_choices.label.empty() ? m_file.name_line : 0);
     if (m_file.segments.empty()) return refuse("Cannot find required data");
     for (const GpxSegment& segment : m_file.segments) {
       if (!segment.has_point_tags) {
         tell_without_coordinates();
       } else if (segment.count == 0) {
         m_job.tell_problems();
-        return refuse("No coordinates found");
+        refuse("No coordinates found");
+        // What was read before it is good all the same.
+        const MpCounts& counts = m_job.writer.counts();
+        const bool has_written = counts.lines + counts.polygons + counts.pois > 0;
+        return has_written ? ConversionEnd::stopped_by_check : ConversionEnd::bad_input;
       } else if (!write_segment(segment, label)) {
         break;  // stopped, or the disk is full: the caller knows
       }
@@ -92,7 +97,7 @@ class GpxConversion {
 }  // namespace
 
 SourceFormat gpx_format(GpxChoices& choices) {
-  return {".gpx", "Not a gpx file.", PaddedValue::longitude,
+  return {".gpx", "Not a gpx file.", PaddedValue::longitude, choices.writes_points,
           [&choices](ConversionJob& job, std::string& bytes) {
             const GpxFile file = read_gpx(bytes);
             job.add_problems(file.problems);

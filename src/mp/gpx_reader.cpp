@@ -46,6 +46,7 @@ class GpxReading {
       read_plain_segments("<trkseg>", "<trkseg ");
     else if (!read_tolerant_segments("rte"))
       static_cast<void>(read_tolerant_segments("trkseg"));
+    tell_missed_points();
     read_name();
   }
 
@@ -77,13 +78,38 @@ class GpxReading {
     GpxSegment segment;
     segment.first = m_file.points.size();
     segment.has_point_tags =
-        read_plain_points("<rtept ", begin, end) || read_plain_points("<trkpt ", begin, end) ||
+        read_plain_points("rtept", begin, end) || read_plain_points("trkpt", begin, end) ||
         read_tolerant_points("rtept", begin, end) || read_tolerant_points("trkpt", begin, end);
     segment.count = m_file.points.size() - segment.first;
     m_file.segments.push_back(segment);
   }
 
-  bool read_plain_points(std::string_view tag, std::size_t begin, std::size_t end) {
+  // The plain tags of a segment win; those of another style in it are told, as they would be missed.
+  void note_other_points(std::string_view name, std::size_t begin, std::size_t end) {
+    const std::string plain = "<" + std::string(name) + " ";
+    const std::string_view segment = m_text.substr(0, end);
+    for (std::optional<Tag> tag = find_tag(segment, name, begin); tag;
+         tag = find_tag(segment, name, tag->attributes)) {
+      if (segment.substr(tag->begin).starts_with(plain)) continue;
+      if (m_missed_points++ == 0) m_first_missed = tag->begin;
+    }
+  }
+
+  [[nodiscard]] std::size_t line_of(std::size_t offset) const {
+    const std::string_view passed = m_text.substr(0, offset);
+    return 1 + static_cast<std::size_t>(std::count(passed.begin(), passed.end(), '\n'));
+  }
+
+  void tell_missed_points() {
+    if (m_missed_points == 0) return;
+    m_file.problems.add("line " + std::to_string(line_of(m_first_missed)) + ": " +
+                        std::to_string(m_missed_points) +
+                        " point(s) whose tags are written in another way than those before or after them "
+                        "are left out");
+  }
+
+  bool read_plain_points(std::string_view name, std::size_t begin, std::size_t end) {
+    const std::string tag = "<" + std::string(name) + " ";
     const std::string_view segment = m_text.substr(0, end);
     std::size_t at = segment.find(tag, begin);
     if (at == npos) return false;
@@ -95,6 +121,7 @@ class GpxReading {
       add_point(attributes, std::min(piece.find('>', attributes), piece.size()));
       at = next;
     }
+    note_other_points(name, begin, end);
     return true;
   }
 
@@ -137,12 +164,17 @@ class GpxReading {
     if (plain == npos && (!tolerant || tolerant->is_empty_element)) return;
     const std::size_t begin = plain == npos ? tolerant->end : plain + std::string_view("<name>").size();
     constexpr std::size_t longest_name = 4096;
-    const std::string name = element_text(m_text.substr(begin, longest_name));
-    if (!name.empty()) m_file.name = file_text_as_utf8(name, m_text);
+    std::string_view name_text = m_text.substr(begin, longest_name);
+    name_text.remove_suffix(unfinished_utf8_tail(name_text));
+    const std::string name = element_text(name_text);
+    if (name.empty()) return;
+    m_file.name = file_text_as_utf8(name, m_text);
+    m_file.name_line = line_of(begin);
   }
 
   std::string_view m_text;
   GpxFile& m_file;
+  std::size_t m_missed_points = 0, m_first_missed = 0;
 };
 
 }  // namespace

@@ -25,6 +25,7 @@ struct GpxFile {
   std::vector<GpxSegment> segments;
   std::deque<Coordinate> points;    // good ones alone; a deque grows without a copy of itself
   std::optional<std::string> name;  // of the first name element, UTF-8
+  std::size_t name_line = 0;        // where it stands, counted from 1
   ProblemList problems;             // points that are left out, parts that are not read
   RewrittenTexts rewritten;
 };

@@ -1,5 +1,7 @@
 #include "mp/kml2mp.hpp"
 
+#include <algorithm>
+
 #include "base/text.hpp"
 #include "mp/kml_reader.hpp"
 #include "mp/markup.hpp"
@@ -9,6 +11,7 @@ namespace ferrowen {
 namespace {
 
 constexpr std::size_t placemarks_per_step = 100;  // between two looks at the events
+constexpr std::size_t longest_kept = 20000;       // bytes of coordinates that are shown
 constexpr std::size_t points_per_step = 10000;    // within one long path
 
 void make_lower_case(std::string& text) {
@@ -45,7 +48,16 @@ class KmlConversion {
 
   std::string label_of(const KmlPlacemark& placemark) {
     if (!m_given_label.empty() || placemark.label.empty()) return m_given_label;
-    return m_job.label(file_text_as_utf8(placemark.label, m_text));
+    return m_job.label(file_text_as_utf8(placemark.label, m_text), line_of(placemark));
+  }
+
+  // Placemarks come in their order: each line is counted once.
+  std::size_t line_of(const KmlPlacemark& placemark) {
+    const auto at = static_cast<std::size_t>(placemark.coordinates.data() - m_text.data());
+    const std::string_view passed = m_text.substr(m_counted_to, at - m_counted_to);
+    m_line += static_cast<std::size_t>(std::count(passed.begin(), passed.end(), '\n'));
+    m_counted_to = at;
+    return m_line;
   }
 
   // The next good tuple; nothing at the end.
@@ -68,9 +80,19 @@ class KmlConversion {
                         "a placemark without any good coordinates");
       return true;
     }
-    if (next_point(rest, second)) return write_line(placemark, first, second, rest);
-    if (m_choices.writes_points) write_point(placemark, first);
+    if (next_point(rest, second)) {
+      keep_coordinates(placemark);
+      return write_line(placemark, first, second, rest);
+    }
+    if (!m_choices.writes_points) return true;
+    keep_coordinates(placemark);
+    write_point(placemark, first);
     return true;
+  }
+
+  void keep_coordinates(const KmlPlacemark& placemark) {
+    std::string& kept = m_choices.converted_coordinates;
+    if (kept.size() < longest_kept) kept.append(trim(placemark.coordinates.substr(0, longest_kept))) += '\n';
   }
 
   void write_point(const KmlPlacemark& placemark, const Coordinate& point) {
@@ -106,13 +128,15 @@ class KmlConversion {
   ProblemList m_problems;
   RewrittenTexts m_rewritten;
   std::string m_given_label;
+  std::size_t m_line = 1, m_counted_to = 0;
 };
 
 }  // namespace
 
 SourceFormat kml_format(KmlChoices& choices) {
-  return {".kml", "Not a kml file.", PaddedValue::latitude,
+  return {".kml", "Not a kml file.", PaddedValue::latitude, choices.writes_points,
           [&choices](ConversionJob& job, std::string& bytes) {
+            choices.converted_coordinates.clear();
             make_lower_case(bytes);
             const KmlFile file = read_kml(bytes);
             job.add_problems(file.problems);

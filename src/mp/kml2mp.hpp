@@ -14,6 +14,8 @@ struct KmlChoices {
   std::string point_type = "2f";  // Text3: hexadecimal
   std::string label;              // Text4: of all objects; empty: from the placemark's data
   bool writes_points = false;     // Check2: single positions as points of interest
+  // Text5, filled by the conversion: the first coordinates that it read, as the file has them.
+  std::string converted_coordinates = {};
 };
 
 SourceFormat kml_format(KmlChoices& choices);

@@ -124,8 +124,9 @@ std::string_view next_tuple(std::string_view& rest) {
 
 std::string read_tuple(std::string_view tuple, Coordinate& coordinate, RewrittenTexts& rewritten) {
   const std::size_t comma = tuple.find(',');
-  if (comma == npos)
-    return "'" + std::string(tuple.substr(0, 40)) + "' is no pair of coordinates; it is left out";
+  std::string_view shown = tuple.substr(0, 40);
+  shown.remove_suffix(unfinished_utf8_tail(shown));
+  if (comma == npos) return "'" + std::string(shown) + "' is no pair of coordinates; it is left out";
   const std::string_view behind = tuple.substr(comma + 1);
   coordinate = {behind.substr(0, behind.find(',')), tuple.substr(0, comma)};
   return check_coordinate(coordinate, rewritten);
@@ -141,8 +142,9 @@ std::string extended_data_label(std::string_view placemark) {
   std::string label;
   for (std::size_t i = first_piece; i <= last_piece && i < pieces.size(); ++i) {
     const std::size_t at = pieces[i].find(value_end);
-    const std::string_view value =
+    std::string_view value =
         at == npos ? std::string_view() : pieces[i].substr(at + value_end.size(), longest_value);
+    value.remove_suffix(unfinished_utf8_tail(value));
     label.append(label.empty() ? "" : " ").append(trim(value));
   }
   // The text is in lower case, so two of these never match: what they leave behind is required.

@@ -90,9 +90,10 @@ CheckResult check_clip_folder(Workspace& workspace, Prompts& prompts) {
   const std::string folder = current_clip_folder(settings);
   if (!folder_exists(folder)) return stop(prompts, "Clip folder (" + folder + ") does not exist.");
   if (!list_files(folder, {".pbf"}).empty()) return CheckResult::go_on;
-  if (prompts.ask("Clip folder" + folder + " contains no files.\r\nUse default folder?") == Answer::yes)
-    settings.clip_folders.at(static_cast<std::size_t>(
-        std::clamp(settings.clip_slot, 0, clip_folder_slots - 1))) = workspace.path("files");
+  if (prompts.ask("Clip folder" + folder + " contains no files.\r\nUse default folder?") != Answer::yes)
+    return CheckResult::go_on;
+  if (!use_clip_folder(settings, workspace.path("files")))
+    return stop(prompts, "Check the 5 clip folders you have specified");
   return CheckResult::go_on;
 }
 
@@ -181,6 +182,8 @@ CheckResult check_identity(Workspace& workspace, Prompts& prompts, Progress& pro
 CheckResult check_elevation(const Workspace& workspace, Prompts& prompts) {
   const Settings& settings = workspace.settings;
   if (settings.contours && workspace.tiles.empty()) return stop(prompts, workspace.message(239));
+  if (settings.dem && workspace.tiles.empty() && !is_mp(settings.input))
+    return stop(prompts, workspace.message(238));
   if (settings.contours) {
     check_contour_files(workspace, prompts);
     if (!draws_contours(settings))

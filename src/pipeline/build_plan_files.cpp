@@ -3,6 +3,7 @@
 #include "base/encoding.hpp"
 #include "base/files.hpp"
 #include "base/text.hpp"
+#include "elevation/contour_run.hpp"
 #include "elevation/hgt_coverage.hpp"
 #include "pipeline/argument_files.hpp"
 #include "pipeline/build_plan.hpp"
@@ -66,8 +67,8 @@ std::vector<std::string> contour_files(const Workspace& workspace) {
   if (!settings.clip_contours) folders = searched_hgt_folders(settings);
   for (std::string& folder : folders)
     folder = platform::absolute(folder);
-  const CellFile kind = settings.clip_contours ? CellFile::clipped_contours : CellFile::contours;
-  return find_cell_files(cells, folders, kind).found;
+  if (settings.clip_contours) return find_cell_files(cells, folders, CellFile::clipped_contours).found;
+  return find_contour_files(cells, folders).found;
 }
 
 Result<ArgumentFile> whole_template(const Workspace& workspace) {

@@ -125,8 +125,7 @@ class ImageStage {
   ImageCopy arrived(const std::string& path) {
     m_progress.process_events();
     m_progress.process_events();
-    if (!m_workspace.script_running)
-      m_prompts.tell(m_workspace.message(message_found_new) + "\r\n\r\nCopied as '" + path + "'");
+    m_prompts.tell(m_workspace.message(message_found_new) + "\r\n\r\nCopied as '" + path + "'");
     return {StageResult::done, path};
   }
 

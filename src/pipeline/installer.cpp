@@ -117,7 +117,7 @@ class InstallerStage {
     const std::vector<std::string> names = scripts_in(folder);
     if (names.empty()) return stop(m_workspace.message(message_no_script));
     const std::string name = chosen_script(m_workspace, names);
-    if (names.size() > 1 && !m_workspace.script_running)
+    if (names.size() > 1)
       m_prompts.tell(m_workspace.message(message_more_scripts) + "\r\nWill select:" + name, Icon::warning);
     m_plan.script = platform::join(folder, name);
     m_plan.pause = !m_workspace.script_running;
@@ -140,7 +140,7 @@ class InstallerStage {
 
   void tell_begin() {
     const std::string creating = m_workspace.message(message_creating);
-    if (m_workspace.script_running) return m_progress.status(creating);
+    if (m_workspace.script_running) m_progress.status(creating);
     m_prompts.tell(creating + "\r\n" + m_workspace.message(message_while) + "\r\n" +
                    m_workspace.message(message_finished));
   }

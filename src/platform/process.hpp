@@ -63,6 +63,15 @@ class ChildProcess {
   std::unique_ptr<State> m_state;
 };
 
+// This process's own number.
+std::int64_t own_process_id();
+// Ends the group of a child that `parent`, a process of this program that was killed, has left behind, by the
+// rules of end_group(). Nothing is touched, and the answer is false, unless `leader` still runs with
+// `argument` as one of its arguments, leads a group of its own, and has another parent by now. Where the
+// system cannot tell (it has no /proc), or ends children with their parent (Windows), nothing is done.
+bool end_orphaned_group(std::int64_t leader, std::int64_t parent, std::string_view argument,
+                        int grace_milliseconds = 3000);
+
 // The words of a command line by the system's rules: blanks separate, quotes hold together.
 std::vector<std::string> split_command_line(std::string_view line);
 

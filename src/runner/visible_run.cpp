@@ -2,9 +2,13 @@
 
 #include <algorithm>
 #include <chrono>
+#include <optional>
+#include <string>
 #include <thread>
+#include <vector>
 
 #include "base/files.hpp"
+#include "base/text.hpp"
 #include "platform/console.hpp"
 #include "platform/paths.hpp"
 #include "platform/process.hpp"
@@ -52,6 +56,26 @@ void name_script(platform::ProcessRequest& request, const std::string& script, b
 }
 #endif
 
+constexpr const char* record_name = "system/run-group";
+
+// Of the run that goes on in a program folder, for the case that this process is killed: the next run must
+// not start beside a tool that still writes. A folder of another kind keeps no record; one that cannot be
+// written costs that care alone, never the run.
+std::string record_path(const VisibleRunRequest& request) {
+  const std::string path = platform::join(platform::absolute(request.folder), record_name);
+  return !request.folder.empty() && folder_exists(platform::folder_of(path)) ? path : "";
+}
+
+// One line each: the leader of the group, the process that started it, the script.
+void end_left_over(const std::string& record) {
+  if (record.empty() || !file_exists(record)) return;
+  const std::vector<std::string> lines = split_lines(read_whole_file(record));
+  if (lines.size() < 3) return;
+  const std::optional<long> leader = exact_whole_number(lines[0]);
+  const std::optional<long> parent = exact_whole_number(lines[1]);
+  if (leader && parent) static_cast<void>(platform::end_orphaned_group(*leader, *parent, lines[2]));
+}
+
 std::string error_file_path(const VisibleRunRequest& request) {
   const std::string& file = request.error_file;
   if (file.empty() || request.folder.empty() || platform::is_absolute(file)) return file;
@@ -74,7 +98,8 @@ class VisibleRun {
         m_printed(progress),
         m_errors(progress),
         m_error_file(error_file_path(request), m_errors),
-        m_buffer(buffer_size) {}
+        m_buffer(buffer_size),
+        m_record(record_path(request)) {}
 
   VisibleRunEnd run() {
     m_end.problem = problem_before(m_request);
@@ -92,7 +117,12 @@ class VisibleRun {
     process.environment = m_request.environment;
     process.priority = m_request.priority;
     name_script(process, platform::absolute(m_request.script_path), m_request.hidden);
+    end_left_over(m_record);
     m_end.started = m_child.start(process) == platform::StartResult::started;
+    if (m_end.started && !m_record.empty())
+      static_cast<void>(safe_write(m_record, std::to_string(m_child.id()) + "\n" +
+                                                 std::to_string(platform::own_process_id()) + "\n" +
+                                                 platform::absolute(m_request.script_path) + "\n"));
     if (!m_end.started) m_end.problem = m_request.script_path + ": " + m_child.error();
     m_started_at = Clock::now();
     return m_end.started;
@@ -160,6 +190,7 @@ class VisibleRun {
     while (!m_all_read && Clock::now() < deadline)
       read_slice(std::min(deadline, Clock::now() + slice_time));
     m_child.end_group();
+    if (!m_record.empty()) static_cast<void>(remove_file(m_record));
     wait_for_window();
     while (m_error_file.follow(slice_size))
       m_progress.process_events();
@@ -187,6 +218,7 @@ class VisibleRun {
   RunText m_errors;
   FileFollower m_error_file;
   std::vector<char> m_buffer;
+  std::string m_record;  // "" for none
   VisibleRunEnd m_end;
   Clock::time_point m_started_at;
   Clock::time_point m_next_tick;

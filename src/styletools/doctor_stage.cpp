@@ -1,6 +1,7 @@
 #include "styletools/doctor_stage.hpp"
 
 #include "base/files.hpp"
+#include "styletools/typ_export.hpp"
 #include "styletools/typ_reader.hpp"
 
 namespace ferrowen {
@@ -40,7 +41,8 @@ bool write_results(const Workspace& workspace, const StyleLocation& style, const
   std::vector<LoadedStyle> kinds;
   for (const RuleKind kind : rule_kinds) {
     LoadedStyle loaded = load_style(style, kind);
-    if (!loaded.text.is_empty()) kinds.push_back(std::move(loaded));
+    tell_unread(loaded.text, prompts);
+    if (!loaded.text.is_missing()) kinds.push_back(std::move(loaded));
   }
   if (kinds.empty()) {
     nodata(style, prompts);
@@ -50,7 +52,7 @@ bool write_results(const Workspace& workspace, const StyleLocation& style, const
     status = safe_write(path, results_text(whole_report(kinds, typ, lowest_draw_order), style.folder));
   if (!status.ok()) prompts.tell(status.error, Icon::critical);
   if (!file_exists(path)) {
-    prompts.tell("Cannot find results: " + path, Icon::warning);
+    prompts.tell("Cannot find results:" + path, Icon::warning);
     return false;
   }
   if (status.ok()) prompts.show_file(path);
@@ -67,9 +69,11 @@ bool export_report(const DoctorReport& report, ReportFormat format, Prompts& pro
       "",
       {is_text ? FileFilter{"Text File (txt)", "*.txt"} : FileFilter{"Comma Delimiter (csv)", "*.csv"}},
       is_text ? "untitled.txt" : "untitled.csv",
-      true};
-  const std::optional<std::string> path = prompts.choose_file(question);
+      true,
+      false};
+  std::optional<std::string> path = prompts.choose_file(question);
   if (!path) return false;
+  *path = with_ending(*path, is_text ? ".txt" : ".csv");
   if (file_exists(*path) && prompts.ask("Overwrite?") != Answer::yes) return false;
   const Status written = safe_write(*path, is_text ? report_text(report) : report_csv(report));
   if (!written.ok()) prompts.tell(written.error, Icon::critical);

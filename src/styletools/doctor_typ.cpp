@@ -5,6 +5,7 @@
 #include "base/text.hpp"
 #include "styletools/doctor_rows.hpp"
 #include "styletools/typ_reader.hpp"
+#include "styletools/typ_text.hpp"
 
 namespace ferrowen {
 
@@ -14,12 +15,6 @@ using Keys = std::unordered_set<std::string>;
 
 constexpr std::uint8_t first_transparent_scheme = 9;
 constexpr std::uint8_t opaque_scheme = 13;
-
-std::string code_text(const TypDefinition& definition) {
-  std::string code = "0x" + hexadecimal_text(definition.type);
-  if (definition.subtype != 0) code += f_mat(hexadecimal_text(definition.subtype));
-  return code;
-}
 
 class TypCheck {
  public:
@@ -31,7 +26,8 @@ class TypCheck {
     list_missing();
     list_unused();
     list_used();
-    if (m_report.issues == 0) add_no_issues(m_report, row_of(DoctorCheck::typ, m_style), "No Issues found");
+    if (m_report.issues == 0 && m_typ.findings.empty())
+      add_no_issues(m_report, row_of(DoctorCheck::typ, m_style), "No Issues found");
     return std::move(m_report);
   }
 
@@ -131,7 +127,7 @@ class TypCheck {
   void add_no_order(const TypDefinition& definition, const char* marker, Weight weight) {
     DoctorRow row = definition_row(definition, marker, "Polygon");
     row.weight = weight;
-    row.detail = "No draworder " + code_text(definition);
+    row.detail = "No draworder " + type_code(definition.type, definition.subtype);
     m_report.add(std::move(row));
   }
 
@@ -150,6 +146,20 @@ class TypCheck {
 };
 
 }  // namespace
+
+DoctorReport typ_damage(const TypFile& typ) {
+  DoctorReport report;
+  for (std::string& line : finding_lines(typ)) {
+    DoctorRow row;
+    row.check = DoctorCheck::typ;
+    row.weight = Weight::error;
+    row.marker = strong_marker;
+    row.finding = "Check";
+    row.detail = "TYP file, " + std::move(line);
+    report.add(std::move(row));
+  }
+  return report;
+}
 
 DoctorReport chk_typstl(const LoadedStyle& style, const TypFile& typ, std::size_t lowest_draw_order) {
   return TypCheck(style, typ, lowest_draw_order).run();

@@ -16,8 +16,8 @@ namespace {
 
 using Alternatives = std::vector<Alternative>;
 
-// So many of the newest earlier rules with the same leading test are looked at: enough for every style, and
-// no walk over all pairs of rules.
+// So many earlier rules with the same leading test are looked at, those with the fewest tests first, which
+// the most follows from, and of them the newest: enough for every style, and no walk over all pairs of rules.
 constexpr std::size_t most_candidates = 64;
 
 // Something that ended or changed the objects for which all its tests held.
@@ -53,7 +53,14 @@ class EarlierRules {
       m_all[known->second] = std::move(earlier);
       return;
     }
-    m_buckets[leading_bucket(earlier)].push_back(m_all.size());
+    const std::string name = leading_bucket(earlier);
+    ++m_sizes[name];
+    std::vector<std::size_t>& bucket = m_buckets[name];
+    const auto place = std::find_if(bucket.begin(), bucket.end(), [&](std::size_t other) {
+      return m_all[other].tests.size() >= earlier.tests.size();
+    });
+    bucket.insert(place, m_all.size());
+    if (bucket.size() > most_candidates) bucket.pop_back();
     m_all.push_back(std::move(earlier));
   }
 
@@ -68,9 +75,8 @@ class EarlierRules {
     for (const std::string& name : names) {
       const auto bucket = m_buckets.find(name);
       if (bucket == m_buckets.end()) continue;
-      std::size_t left = most_candidates;
-      for (auto at = bucket->second.rbegin(); at != bucket->second.rend() && left > 0; ++at, --left) {
-        if (each(m_all[*at])) return;
+      for (const std::size_t at : bucket->second) {
+        if (each(m_all[at])) return;
       }
     }
   }
@@ -83,7 +89,7 @@ class EarlierRules {
     bool best_positive = false;
     for (const TagTest& test : earlier.tests) {
       const std::string name = bucket_name(test);
-      const std::size_t size = m_buckets[name].size();
+      const std::size_t size = m_sizes[name];
       const bool better = best.empty() || (test.is_positive() && !best_positive) ||
                           (test.is_positive() == best_positive && size < best_size);
       if (!better) continue;
@@ -96,7 +102,8 @@ class EarlierRules {
 
   std::vector<Earlier> m_all;
   std::unordered_map<std::string, std::size_t> m_known;
-  std::unordered_map<std::string, std::vector<std::size_t>> m_buckets;
+  std::unordered_map<std::string, std::vector<std::size_t>> m_buckets;  // of the best most_candidates
+  std::unordered_map<std::string, std::size_t> m_sizes;                 // of all that belong into them
 };
 
 class OrderWalk {
@@ -167,13 +174,22 @@ class OrderWalk {
     const bool makes_something = contains(statement.types.empty() ? "" : statement.types.front(), "0x");
     if (makes_something && alternatives) judge(index, *alternatives);
     const bool goes_on = lets_later_rules_match(statement);
-    if (!goes_on && alternatives) remember(index, *alternatives, "");
+    if (!goes_on && alternatives) remember_reached(index, *alternatives);
     if (goes_on) record_actions(index, statement, alternatives);
   }
 
   void remember(std::size_t index, const Alternatives& alternatives, const std::string& deleted) {
     for (const Alternative& alternative : alternatives)
       m_earlier.add({alternative, m_position, index, deleted});
+  }
+
+  // What is never reached ends nothing: whatever follows from it follows from what keeps it from being
+  // reached.
+  void remember_reached(std::size_t index, const Alternatives& alternatives) {
+    for (const Alternative& alternative : alternatives) {
+      const Earlier* reason = reason_against(alternative);
+      if (reason == nullptr || !reason->deleted.empty()) m_earlier.add({alternative, m_position, index, ""});
+    }
   }
 
   // What the actions of a rule change for the rules behind it.

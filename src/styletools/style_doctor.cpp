@@ -12,7 +12,10 @@ LoadedStyle load_style(const StyleLocation& style, RuleKind kind) {
   LoadedStyle loaded;
   loaded.text = chknodata(style, kind);
   loaded.rules = get_styletypes(loaded.text);
-  for (const StyleStatement& statement : get_styletypes(read_relations(style)).statements) {
+  const StyleText relations = read_relations(style);
+  for (const std::string& unread : relations.unread)
+    loaded.text.unread.push_back(unread);
+  for (const StyleStatement& statement : get_styletypes(relations).statements) {
     for (TagAction& action : tag_actions(statement.actions)) {
       if (action.form == TagAction::Form::sets) loaded.relation_tags.push_back(std::move(action.key));
     }
@@ -57,8 +60,27 @@ std::string place_words(const LoadedStyle& style, StylePlace place) {
   return (is_only_one ? file.name : file.path) + ":" + std::to_string(place.line);
 }
 
+namespace {
+
+// A rule file that could not be read is not one without rules: every check says so, and nothing else.
+DoctorReport unread_report(DoctorCheck check, const LoadedStyle& style) {
+  DoctorReport report;
+  for (const StyleProblem& problem : style.text.problems) {
+    DoctorRow row = row_at(check, style, problem.place);
+    row.weight = Weight::error;
+    row.marker = strong_marker;
+    row.finding = "Check";
+    row.detail = problem.text;
+    report.add(std::move(row));
+  }
+  return report;
+}
+
+}  // namespace
+
 DoctorReport run_check(DoctorCheck check, const LoadedStyle& style, const TypFile* typ,
                        std::size_t lowest_draw_order) {
+  if (style.text.is_empty() && !style.text.problems.empty()) return unread_report(check, style);
   switch (check) {
     case DoctorCheck::typ:
       return typ == nullptr ? DoctorReport{} : chk_typstl(style, *typ, lowest_draw_order);
@@ -82,10 +104,10 @@ DoctorReport run_check(DoctorCheck check, const LoadedStyle& style, const TypFil
 
 DoctorReport whole_report(const std::vector<LoadedStyle>& kinds, const TypFile& typ,
                           std::size_t lowest_draw_order) {
-  DoctorReport report;
+  DoctorReport report = typ_damage(typ);
   for (const LoadedStyle& style : kinds) {
     putheader(report, row_of(DoctorCheck::typ, style), upper_ascii(kind_title(style.text.kind)));
-    report.append(chk_typstl(style, typ, lowest_draw_order));
+    report.append(run_check(DoctorCheck::typ, style, &typ, lowest_draw_order));
   }
   return report;
 }

@@ -23,6 +23,8 @@ LoadedStyle load_style(const StyleLocation& style, RuleKind kind);
 // REPORT: types of the style that the TYP file does not draw, and the other way round. A polygon drawn below
 // `lowest_draw_order` that is transparent is told so; 0 tells none.
 DoctorReport chk_typstl(const LoadedStyle& style, const TypFile& typ, std::size_t lowest_draw_order = 0);
+// What was wrong with the TYP file itself, at the head of a report; empty when nothing was.
+DoctorReport typ_damage(const TypFile& typ);
 // ROAD CLASS; of lines alone, empty for the other kinds.
 DoctorReport parse_roadclass(const LoadedStyle& style);
 // RESOLUTION and LEVELS: the rules by value, largest first.

@@ -4,6 +4,7 @@
 
 #include "app/start_up.hpp"
 #include "base/files.hpp"
+#include "base/text.hpp"
 #include "platform/paths.hpp"
 
 namespace ferrowen {
@@ -22,6 +23,11 @@ std::string path_below(const std::string& folder, std::string name) {
   return platform::join(folder, name);
 }
 
+// One spelling for each file, so that "inc/a" and "./inc/../inc/a" are known to be the same.
+std::string plain_path(const std::string& path) {
+  return platform::path_text(platform::file_system_path(path).lexically_normal());
+}
+
 bool is_file(const std::string& path) { return file_exists(path) && !folder_exists(path); }
 
 // The style's own folder first, then the styles folder; with "from" the folder of that style.
@@ -31,11 +37,11 @@ std::string find_included(const StyleInclude& include, const std::string& own_fo
   if (!include.style.empty()) {
     folder = path_below(styles_folder, include.style);
     if (!folder_exists(folder)) folder = path_below(platform::folder_of(own_folder), include.style);
-    const std::string path = path_below(folder, include.name);
+    const std::string path = plain_path(path_below(folder, include.name));
     return is_file(path) ? path : "";
   }
   for (const std::string& place : {own_folder, styles_folder}) {
-    const std::string path = path_below(place, include.name);
+    const std::string path = plain_path(path_below(place, include.name));
     if (!place.empty() && is_file(path)) return path;
   }
   return "";
@@ -53,13 +59,20 @@ StyleText read_rule_file(const StyleLocation& style, RuleKind kind, std::string_
     found.bytes = std::move(bytes.value);
     return found;
   };
-  StyleFileBytes rule_file{path_below(style.folder, std::string(name)), style.folder, ""};
-  if (style.folder.empty() || !is_file(rule_file.path)) return {kind, {}, {}, {}, {}};
+  StyleFileBytes rule_file{plain_path(path_below(style.folder, std::string(name))), style.folder, ""};
+  if (style.folder.empty() || !is_file(rule_file.path)) {
+    StyleText none;
+    none.kind = kind;
+    return none;
+  }
   Result<std::string> bytes = read_file(rule_file.path, largest_style_file);
   if (!bytes.ok()) unread.push_back({{}, bytes.error});
   rule_file.bytes = std::move(bytes.value);
   StyleText text = read_style_text(kind, rule_file, source);
-  text.problems.insert(text.problems.end(), unread.begin(), unread.end());
+  for (StyleProblem& problem : unread) {
+    text.unread.push_back(problem.text);
+    text.problems.push_back(std::move(problem));
+  }
   return text;
 }
 
@@ -89,6 +102,10 @@ StyleText chknodata(const StyleLocation& style, RuleKind kind) {
 
 StyleText read_relations(const StyleLocation& style) {
   return read_rule_file(style, RuleKind::lines, "relations");
+}
+
+void tell_unread(const StyleText& text, Prompts& prompts) {
+  if (!text.unread.empty()) prompts.tell(join_texts(text.unread, crlf), Icon::warning);
 }
 
 void nodata(const StyleLocation& style, Prompts& prompts) {

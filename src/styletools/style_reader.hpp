@@ -27,6 +27,8 @@ StyleLocation style_in_folder(const std::string& path);
 StyleText chknodata(const StyleLocation& style, RuleKind kind);
 // The rules for relations: no types of their own, but tags that they give to members.
 StyleText read_relations(const StyleLocation& style);
+// Tells in one message which files are there and could not be read; nothing when all could.
+void tell_unread(const StyleText& text, Prompts& prompts);
 // Tells why there is nothing to work on: the style is missing, or its rule file is missing or empty.
 void nodata(const StyleLocation& style, Prompts& prompts);
 

@@ -56,6 +56,11 @@ class TextReader {
   void report(StylePlace place, std::string text) { m_style.problems.push_back({place, std::move(text)}); }
 
   void add_lines(std::uint32_t file, std::string_view bytes) {
+    if (bytes.starts_with("\xFF\xFE") || bytes.starts_with("\xFE\xFF")) {
+      const std::string text = "This text is in UTF-16; mkgmap reads UTF-8.";
+      m_style.unread.push_back(m_style.files[file].path + ": " + text);
+      return report({file, 0}, text);
+    }
     if (bytes.starts_with(byte_order_mark)) bytes.remove_prefix(byte_order_mark.size());
     if (contains(bytes, std::string_view("\0", 1)))
       report({file, 0}, "This is no text: it holds bytes of value 0.");
@@ -83,7 +88,11 @@ class TextReader {
     const StyleFile own = m_style.files[file];
     for (std::size_t at = own.first_line; at < own.first_line + own.line_count; ++at) {
       std::optional<StyleInclude> include = include_of_line(m_style.lines[at].text);
-      if (!include) continue;
+      if (!include) {
+        std::string mistake = include_mistake(m_style.lines[at].text);
+        if (!mistake.empty()) report(m_style.lines[at].place, std::move(mistake));
+        continue;
+      }
       include->place = m_style.lines[at].place;
       const std::size_t index = m_style.includes.size();
       m_style.includes.push_back(std::move(*include));
@@ -163,6 +172,16 @@ std::optional<StyleInclude> include_of_line(std::string_view line) {
     return std::nullopt;
   if (next_word(line) == "from") include.style = next_word(line);
   return include;
+}
+
+std::string include_mistake(std::string_view line) {
+  constexpr std::string_view keyword = "include";
+  line = trim(line);
+  if (!equal_ignoring_case(line.substr(0, keyword.size()), keyword) || include_of_line(line)) return "";
+  line = trim(line.substr(keyword.size()));
+  if (line.empty() || !contains("'\"", line.substr(0, 1))) return "";
+  const bool is_closed = line.find(line.front(), 1) != std::string_view::npos;
+  return is_closed ? "This include line names no file." : "The quote of this include line is never closed.";
 }
 
 std::string chk_include(std::string_view text) {

@@ -49,8 +49,11 @@ struct StyleText {
   std::vector<StyleLine> lines;  // of all files in that order
   std::vector<StyleInclude> includes;
   std::vector<StyleProblem> problems;
+  std::vector<std::string> unread;  // files that are there and could not be read; also among `problems`
 
   [[nodiscard]] bool is_empty() const { return lines.empty(); }
+  // Neither rules nor anything to say about them.
+  [[nodiscard]] bool is_missing() const { return lines.empty() && problems.empty(); }
   // The whole text as it is shown, with CR LF.
   [[nodiscard]] std::string text() const;
 };
@@ -67,6 +70,8 @@ StyleText read_style_text(RuleKind kind, const StyleFileBytes& rule_file, const 
 
 // The include line in a line of a style, if it is one (`place` is not set).
 std::optional<StyleInclude> include_of_line(std::string_view line);
+// Why a line that is meant to include something includes nothing; "" for every other line.
+std::string include_mistake(std::string_view line);
 // The include names of a text, one per line.
 std::string chk_include(std::string_view text);
 // "a) ", "b) ", ... of an included file; "" for the rule file itself.

@@ -1,6 +1,9 @@
 #include "styletools/typ_compiler.hpp"
 
 #include <charconv>
+#include <filesystem>
+#include <random>
+#include <system_error>
 
 #include "app/tool_query.hpp"
 #include "base/files.hpp"
@@ -14,7 +17,6 @@ namespace {
 constexpr const char* compiler_class = "uk.me.parabola.mkgmap.main.TypCompiler";
 constexpr std::string_view error_word = "Error: (";
 constexpr std::string_view warning_word = "Warning: ";
-constexpr std::string_view compiled_ending = ".check";
 constexpr int message_locate_mkgmap = 46, message_cannot_find = 89, message_no_java = 109;
 
 // The section that a line of a TYP text stands in, with its type.
@@ -67,16 +69,29 @@ TypCheck read_typ_compiler_output(std::string_view output, std::string_view text
   return check;
 }
 
-TypCheck check_typ_text(Workspace& workspace, Prompts& prompts, Progress& progress, const std::string& path,
-                        const std::string& compiled_path) {
+Result<std::string> scratch_path(const std::string& ending) {
+  std::error_code error;
+  const std::filesystem::path folder = std::filesystem::temp_directory_path(error);
+  if (error) return failed<std::string>("There is no folder for scratch files: " + error.message());
+  std::random_device random;
+  std::string path;
+  do {
+    path = platform::join(platform::path_text(folder),
+                          "ferrowen-" + std::to_string(random()) + std::to_string(random()) + ending);
+  } while (file_exists(path));
+  return {path, ""};
+}
+
+TypCheck check_typ_text(Workspace& workspace, Prompts& prompts, Progress& progress, const std::string& path) {
   TypCheck check;
   check.not_checked = missing_part(workspace);
   if (!check.not_checked.empty()) return check;
-  const std::string compiled = compiled_path.empty() ? path + std::string(compiled_ending) : compiled_path;
-  if (Status removed = remove_file(compiled); !removed.ok()) {
-    check.not_checked = std::move(removed.error);
+  const Result<std::string> scratch = scratch_path(".typ");
+  if (!scratch.ok()) {
+    check.not_checked = scratch.error;
     return check;
   }
+  const std::string& compiled = scratch.value;
   const Result<std::string> output =
       ask_tool(workspace, prompts, progress,
                {"java", "-cp", platform::absolute(workspace.settings.mkgmap_jar), compiler_class,
@@ -85,8 +100,7 @@ TypCheck check_typ_text(Workspace& workspace, Prompts& prompts, Progress& progre
   const bool made = file_has_content(compiled);
   check = read_typ_compiler_output(output.value, read_whole_file(path), made);
   if (!output.ok() && !made) check.message = output.error;
-  if (compiled_path.empty() || !check.accepted)
-    if (const Status removed = remove_file(compiled); !removed.ok()) check.warnings.push_back(removed.error);
+  if (const Status removed = remove_file(compiled); !removed.ok()) check.warnings.push_back(removed.error);
   return check;
 }
 

@@ -7,6 +7,7 @@
 
 #include "app/workspace.hpp"
 #include "base/prompts.hpp"
+#include "base/status.hpp"
 
 namespace ferrowen {
 
@@ -19,10 +20,11 @@ struct TypCheck {
   std::vector<std::string> warnings;
 };
 
-// Compiles the text that lies at `path` with TypCompiler of the mkgmap.jar of the settings. The compiled file
-// is kept at `compiled_path`, or deleted again when none is given.
-TypCheck check_typ_text(Workspace& workspace, Prompts& prompts, Progress& progress, const std::string& path,
-                        const std::string& compiled_path = "");
+// Compiles the text that lies at `path` with TypCompiler of the mkgmap.jar of the settings, to a scratch file
+// that is deleted again.
+TypCheck check_typ_text(Workspace& workspace, Prompts& prompts, Progress& progress, const std::string& path);
+// A new name with this ending in the system's folder for scratch files, where nothing of the user can be.
+Result<std::string> scratch_path(const std::string& ending);
 // What TypCompiler said about this text.
 TypCheck read_typ_compiler_output(std::string_view output, std::string_view text, bool compiled);
 // "Line 120, [_polygon] Type=0x04: No XPM tag in section".

@@ -4,6 +4,7 @@
 
 #include "base/files.hpp"
 #include "base/text.hpp"
+#include "platform/paths.hpp"
 #include "styletools/typ_text.hpp"
 
 namespace ferrowen {
@@ -95,6 +96,10 @@ std::vector<std::string> editor_file_paths(const std::string& path) {
   return paths;
 }
 
+std::string with_ending(const std::string& path, const std::string& ending) {
+  return contains(platform::name_of(path), ".") ? path : path + ending;
+}
+
 bool export_editor_files(const TypFile& typ, const std::string& path, Prompts& prompts) {
   if (holds_nothing(typ)) {
     prompts.tell("No data");
@@ -119,6 +124,8 @@ bool export_editor_files(const TypFile& typ, const std::string& path, Prompts& p
       prompts.tell(written.error, Icon::critical);
       return false;
     }
+  if (const std::vector<std::string> losses = text_losses(typ); !losses.empty())
+    prompts.tell(join_texts(losses, crlf), Icon::warning);
   return true;
 }
 

@@ -15,6 +15,8 @@ std::string typ_csv(const TypFile& typ);
 
 // The three files of an export "mine.tvkx": "mine_polygons.tvkx", "mine_lines.tvkx" and "mine_points.tvkx".
 std::vector<std::string> editor_file_paths(const std::string& path);
+// A path as a person typed it: with this ending where the name has none.
+std::string with_ending(const std::string& path, const std::string& ending);
 // Each holds the header and the definitions of its kind (the polygons also the draw order) as TYP text in the
 // code page of the file. When one of them exists, "Overwrite?" is asked first; "No data" tells that there is
 // nothing to write. True when all three were written.

@@ -1,5 +1,7 @@
 #include "styletools/typ_generator.hpp"
 
+#include <algorithm>
+
 #include "base/files.hpp"
 #include "base/text.hpp"
 #include "platform/other_programs.hpp"
@@ -35,35 +37,43 @@ bool rule_files_suffice(const SheetRequest& request, Prompts& prompts) {
   return missing.empty() || (request.complete && missing.size() < rule_kinds.size());
 }
 
-// What was wrong with a rule file does not stop the generation, and is no secret either.
-void tell_problems(const StyleText& text, const std::vector<StyleProblem>& problems, Prompts& prompts) {
+void add_problems(const StyleText& text, const std::vector<StyleProblem>& problems,
+                  std::vector<std::string>& lines) {
   for (const StyleProblem& problem : problems) {
     const bool known = problem.place.file < text.files.size();
     const std::string place =
         known ? text.files[problem.place.file].name : std::string(rule_file_name(text.kind));
-    prompts.tell(place + (problem.place.line > 0 ? ":" + std::to_string(problem.place.line) : "") + ": " +
-                     problem.text,
-                 Icon::warning);
+    lines.push_back(place + (problem.place.line > 0 ? ":" + std::to_string(problem.place.line) : "") + ": " +
+                    problem.text);
   }
+}
+
+// What was wrong does not stop the generation, and is no secret either: one message, however much it is.
+void tell_problems(std::vector<std::string> lines, Prompts& prompts) {
+  constexpr std::size_t most_lines = 20;
+  if (lines.empty()) return;
+  const std::size_t left_out = lines.size() - std::min(lines.size(), most_lines);
+  lines.resize(lines.size() - left_out);
+  if (left_out > 0) lines.push_back(std::to_string(left_out) + " more");
+  prompts.tell(join_texts(lines, crlf), Icon::warning);
 }
 
 Sheet read_sheet_telling(const SheetRequest& request, Prompts* prompts) {
   Sheet sheet;
+  std::vector<std::string> problems;
   sheet.family_id = valid_family_id(request.family_id).value_or(0);
   sheet.complete = request.complete;
   for (const RuleKind kind : rule_kinds) {
     const StyleText text = chknodata(request.style, kind);
     const StyleRules rules = get_styletypes(text);
     sheet.types.at(static_cast<std::size_t>(kind)) = get_types(rules);
-    if (prompts == nullptr) continue;
-    tell_problems(text, text.problems, *prompts);
-    tell_problems(text, rules.problems, *prompts);
+    add_problems(text, text.problems, problems);
+    add_problems(text, rules.problems, problems);
   }
   IconFolder icons = bmp(request.icon_folder);
   sheet.icons = std::move(icons.icons);
-  if (prompts == nullptr) return sheet;
-  for (const std::string& problem : icons.problems)
-    prompts->tell(problem, Icon::warning);
+  problems.insert(problems.end(), icons.problems.begin(), icons.problems.end());
+  if (prompts != nullptr) tell_problems(std::move(problems), *prompts);
   return sheet;
 }
 

@@ -255,6 +255,19 @@ Result<TypFile> loadbinary(const std::string& path) {
   return typ;
 }
 
+std::vector<std::string> finding_lines(const TypFile& typ) {
+  constexpr std::size_t most_lines = 20;
+  std::vector<std::string> lines;
+  for (const TypFinding& finding : typ.findings) {
+    if (lines.size() == most_lines) {
+      lines.push_back(std::to_string(typ.findings.size() - most_lines) + " more findings");
+      break;
+    }
+    lines.push_back("byte " + std::to_string(finding.offset) + ": " + finding.text);
+  }
+  return lines;
+}
+
 const TypDefinition* find_definition(const TypFile& typ, RuleKind kind, std::string_view key) {
   const auto& all = typ.of(kind);
   const auto found =

@@ -16,6 +16,8 @@ Result<TypFile> read_typ(std::string_view bytes);
 // The file at a path; the error names the path.
 Result<TypFile> loadbinary(const std::string& path);
 
+// "byte 12: ..." of what was not as it should be; behind the first 20 how many more there are.
+std::vector<std::string> finding_lines(const TypFile& typ);
 // The definition of a type by its key (its first one), or null.
 const TypDefinition* find_definition(const TypFile& typ, RuleKind kind, std::string_view key);
 // Subtypes of one type, in the order of the file.

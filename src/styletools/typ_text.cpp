@@ -11,6 +11,8 @@ namespace ferrowen {
 namespace {
 
 constexpr int western_code_page = 1252;
+constexpr int utf8_code_page = 65001;
+constexpr std::string_view unreadable = "\xEF\xBF\xBD";
 constexpr unsigned first_extended_type = 0x100;
 
 using Lines = std::vector<std::string>;
@@ -19,10 +21,18 @@ void append(Lines& lines, const Lines& more) { lines.insert(lines.end(), more.be
 
 // A line end inside a label would end its line.
 std::string one_line(std::string text) {
+  text = replace_all(text, unreadable, "?");
   std::replace_if(
       text.begin(), text.end(), [](char byte) { return byte >= 0 && byte < ' '; }, ' ');
   return text;
 }
+
+bool has_unreadable_label(const TypDefinition& definition) {
+  return std::any_of(definition.labels.begin(), definition.labels.end(),
+                     [](const TypLabel& label) { return contains(label.text, unreadable); });
+}
+
+bool is_known_code_page(int code_page) { return !platform::encode("", code_page).failed_at; }
 
 void add_labels(Lines& lines, const TypDefinition& definition) {
   if (definition.labels.empty()) lines.emplace_back("String1=0x0,");
@@ -75,6 +85,8 @@ void add_definitions(Lines& lines, const TypFile& typ, RuleKind kind) {
                       type_code(definition.type, definition.subtype) + " left out: " + definition.damage);
       continue;
     }
+    if (has_unreadable_label(definition))
+      lines.emplace_back("; each ? of these labels stands for a byte that is not in the code page");
     lines.emplace_back(section_name(kind));
     append(lines, definition_lines(kind, definition));
     lines.emplace_back("[end]");
@@ -116,7 +128,24 @@ std::string font_style_name(unsigned style) {
   return style < names.size() ? std::string(names.at(style)) : std::to_string(style);
 }
 
-int text_code_page(const TypFile& typ) { return typ.code_page == 0 ? western_code_page : typ.code_page; }
+int text_code_page(const TypFile& typ) {
+  if (typ.code_page == 0) return western_code_page;
+  return is_known_code_page(typ.code_page) ? typ.code_page : utf8_code_page;
+}
+
+std::vector<std::string> text_losses(const TypFile& typ) {
+  Lines losses;
+  if (typ.code_page != 0 && !is_known_code_page(typ.code_page))
+    losses.push_back("The code page " + std::to_string(typ.code_page) +
+                     " is not known on this system: the text is written in UTF-8.");
+  std::ptrdiff_t damaged = 0;
+  for (const RuleKind kind : rule_kinds)
+    damaged += std::count_if(typ.of(kind).begin(), typ.of(kind).end(), has_unreadable_label);
+  if (damaged > 0)
+    losses.push_back(std::to_string(damaged) +
+                     " types have labels with bytes that are not in the code page: ? is written for each.");
+  return losses;
+}
 
 std::vector<std::string> definition_lines(RuleKind kind, const TypDefinition& definition) {
   Lines lines{"Type=" + type_code(definition.type, definition.subtype)};

@@ -27,8 +27,12 @@ std::vector<std::string> definition_lines(RuleKind kind, const TypDefinition& de
 // read stands in it as a comment.
 std::string typ_text(const TypFile& typ);
 std::string typ_text(const TypFile& typ, RuleKind kind);
-// The code page that the text of a file names.
+// The code page that the text of a file names: its own, or UTF-8 where this system does not know that.
 int text_code_page(const TypFile& typ);
+
+// What of the labels is lost or changed in the text of a file, a line each; a label that could not be read
+// has "?" in its text and a comment above its section.
+std::vector<std::string> text_losses(const TypFile& typ);
 
 // The bytes of a TYP text in the code page that it names; the error tells the line and the character.
 Result<std::string> encode_typ_text(std::string_view text, int code_page);

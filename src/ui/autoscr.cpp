@@ -5,12 +5,12 @@
 #include <QHBoxLayout>
 #include <QLabel>
 #include <QMenu>
+#include <QShortcut>
 #include <QSplitter>
 #include <QTextBlock>
 #include <QVBoxLayout>
 
 #include "app/version.hpp"
-#include "automation/auto_editor.hpp"
 #include "base/encoding.hpp"
 #include "base/files.hpp"
 #include "base/text.hpp"
@@ -27,6 +27,8 @@ constexpr int window_width = 980, window_height = 620;
 constexpr int typing_pause = 250;  // milliseconds without a key before the script is checked
 constexpr int side_width = 200, centre_width = 520;
 constexpr int message_continue = 171, message_cannot_find = 35;
+constexpr int most_checked_letters = 1 << 20;  // more would hold up the typing
+constexpr std::string_view not_checked_text = "The script is long: it is checked when it is saved.";
 constexpr std::uint64_t largest_script = 16ULL << 20;
 
 bool is_dark(const QPalette& palette) { return palette.color(QPalette::Base).lightness() < 128; }
@@ -92,6 +94,8 @@ autoscr::autoscr(Workspace& workspace, Prompts& prompts, QWidget* parent)
   resize(window_width, window_height);
   list_scripts();
   begin_script();
+  const std::string& last = m_workspace.settings.last_script;
+  if (is_plain_file(last)) open_script(to_qt(last));
   m_text->setFocus();
 }
 
@@ -155,7 +159,14 @@ QWidget* autoscr::make_right() {
   column->setContentsMargins(0, 0, 0, 0);
   column->addWidget(label);
   column->addWidget(m_tags, 1);
-  connect(m_tags, &QListWidget::itemActivated, this, &autoscr::insert);
+  // "Activated" would come beside every click where the desktop activates with one.
+  for (const auto key : {Qt::Key_Return, Qt::Key_Enter}) {
+    auto* enter = new QShortcut(QKeySequence(key), m_tags);
+    enter->setContext(Qt::WidgetShortcut);
+    connect(enter, &QShortcut::activated, this, [this] {
+      if (m_tags->currentItem() != nullptr) insert(m_tags->currentItem());
+    });
+  }
   connect(m_tags, &QListWidget::itemClicked, this, &autoscr::insert);
   return box;
 }
@@ -188,10 +199,10 @@ void autoscr::list_scripts() {
     m_files->addItem(to_qt(name));
 }
 
-void autoscr::show_text(const std::string& text, const std::string& path, bool changed) {
-  m_path = path;
+void autoscr::show_text(const std::string& text, const ScriptPlace& place) {
+  m_place = place;
   m_text->setPlainText(shown_text(text));
-  m_text->document()->setModified(changed);
+  m_text->document()->setModified(false);
   m_run.clear();
   check();
   show_caption();
@@ -199,11 +210,11 @@ void autoscr::show_text(const std::string& text, const std::string& path, bool c
 
 void autoscr::begin_script() {
   show_text(new_script(m_workspace),
-            platform::join(m_workspace.settings.scripts_folder, std::string(untitled_script)), false);
+            {platform::join(m_workspace.settings.scripts_folder, std::string(untitled_script)), false});
 }
 
 void autoscr::open_script(const QString& path) {
-  if (from_qt(path) == m_path && !changed()) return;
+  if (m_place.is_own && from_qt(path) == m_place.path && !changed()) return;
   if (!changes_are_settled("Save data?")) return;
   const Result<std::string> text = read_file(from_qt(path), largest_script);
   if (!text.ok()) {
@@ -211,7 +222,7 @@ void autoscr::open_script(const QString& path) {
                    Icon::warning);
     return list_scripts();
   }
-  show_text(decode_tool_text(text.value), from_qt(path), false);
+  show_text(decode_tool_text(text.value), {from_qt(path), true});
 }
 
 bool autoscr::changed() const { return m_text->document()->isModified(); }
@@ -226,9 +237,9 @@ bool autoscr::save() {
                                           m_workspace.message(message_continue),
                                       Buttons::yes_no, Icon::warning) != Answer::yes)
     return false;
-  const std::string saved = save_script(m_workspace, m_prompts, m_path, from_qt(m_text->toPlainText()));
+  const std::string saved = save_script(m_workspace, m_prompts, m_place, from_qt(m_text->toPlainText()));
   if (saved.empty()) return false;
-  m_path = saved;
+  m_place = {saved, true};
   m_text->document()->setModified(false);
   show_caption();
   list_scripts();
@@ -236,15 +247,16 @@ bool autoscr::save() {
 }
 
 void autoscr::remove() {
-  if (!file_exists(m_path) || !delete_script(m_prompts, m_path)) return;
+  // A file that only happens to have the name of a new script is not the one that is shown.
+  if (!m_place.is_own || !file_exists(m_place.path) || !delete_script(m_prompts, m_place.path)) return;
   list_scripts();
   begin_script();
 }
 
 // What is run is what lies on the disk.
 void autoscr::run() {
-  if ((changed() || !file_exists(m_path)) && !save()) return;
-  m_run = to_qt(m_path);
+  if (!is_saved(m_place, from_qt(m_text->toPlainText())) && !save()) return;
+  m_run = to_qt(m_place.path);
   accept();
 }
 
@@ -268,7 +280,13 @@ void autoscr::insert(const QListWidgetItem* item) {
   m_text->setFocus();
 }
 
-void autoscr::check() { mark(problems()); }
+void autoscr::check() {
+  if (m_text->document()->characterCount() <= most_checked_letters) return mark(problems());
+  m_check.stop();
+  m_text->setExtraSelections({});
+  m_problems->clear();
+  m_problems->addItem(to_qt(not_checked_text));
+}
 
 void autoscr::mark(const std::vector<AutoProblem>& problems) {
   m_problems->clear();
@@ -304,7 +322,7 @@ bool autoscr::changes_are_settled(const char* question) {
   return answer == Answer::no || (answer == Answer::yes && save());
 }
 
-void autoscr::show_caption() { setWindowTitle(to_qt(script_caption(m_path, changed()))); }
+void autoscr::show_caption() { setWindowTitle(to_qt(script_caption(m_place.path, changed()))); }
 
 void autoscr::reject() {
   if (changes_are_settled("Save changes?")) QDialog::reject();

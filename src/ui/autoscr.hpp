@@ -13,6 +13,7 @@
 #include <vector>
 
 #include "app/workspace.hpp"
+#include "automation/auto_editor.hpp"
 #include "automation/auto_script.hpp"
 #include "base/prompts.hpp"
 #include "ui/text_binder.hpp"
@@ -53,7 +54,7 @@ class autoscr : public QDialog {
   QWidget* make_right();
   QMenuBar* make_menu();
   void list_scripts();
-  void show_text(const std::string& text, const std::string& path, bool changed);
+  void show_text(const std::string& text, const ScriptPlace& place);
   // newscrpt: a script of the current settings.
   void begin_script();
   bool save();
@@ -74,7 +75,7 @@ class autoscr : public QDialog {
   Workspace& m_workspace;
   Prompts& m_prompts;
   TextBinder m_binder;
-  std::string m_path;
+  ScriptPlace m_place;
   QString m_run;
   QListWidget *m_files = nullptr, *m_tags = nullptr, *m_problems = nullptr;
   QPlainTextEdit* m_text = nullptr;

@@ -128,7 +128,7 @@ QWidget* contours::make_dem() {
   auto* grid = new QGridLayout(page);
   grid->setContentsMargins(0, 0, 0, 0);
   PathEdit* tool = m_form->path("osmconvert", PathEdit::Kind::file, QStringLiteral("Text1"));
-  tool->set_filters({{"osmconvert(exe)", "*.exe"}});
+  tool->set_filters(program_filters("osmconvert(exe)"));
   QPlainTextEdit* options = m_form->lines("dem-options", QStringLiteral("Text3"));
   options->setTabChangesFocus(true);
   options->setMaximumHeight(options_height);
@@ -192,11 +192,15 @@ void contours::accept() {
   changed.hgt_auto_search = m_hgt_slot->checkedId() == special_choice;
   if (!changed.hgt_auto_search && m_hgt_slot->checkedId() >= 0) changed.hgt_slot = m_hgt_slot->checkedId();
   if (m_clip_slot->checkedId() == special_choice) {
-    changed.clip_slot = 0;
-    changed.clip_folders[0] = m_workspace.path(default_clip_folder);
+    if (!use_clip_folder(changed, m_workspace.path(default_clip_folder)))
+      return m_prompts.tell("Check the 5 clip folders you have specified", Icon::warning);
   } else if (m_clip_slot->checkedId() >= 0) {
     changed.clip_slot = m_clip_slot->checkedId();
   }
+  // A folder that was typed has not been looked at yet.
+  check_folder(to_qt(slot_folder(*m_hgt_slot, "hgt-folder-")), true);
+  if (m_clip_slot->checkedId() != special_choice)
+    check_folder(to_qt(slot_folder(*m_clip_slot, "clip-folder-")), false);
   m_workspace.settings = changed;
   save_settings();
   QDialog::accept();

@@ -9,12 +9,14 @@
 #include <QUrl>
 #include <QVBoxLayout>
 #include <algorithm>
+#include <utility>
 
 #include "app/coastline.hpp"
 #include "base/text.hpp"
 #include "platform/paths.hpp"
 #include "ui/qt_text.hpp"
 #include "ui/window_layout.hpp"
+#include "ui/window_prompts.hpp"
 
 namespace ferrowen::ui {
 
@@ -246,8 +248,12 @@ void ConverterWindow::add_files(const QStringList& paths) {
 }
 
 void ConverterWindow::choose_file() {
-  const auto file = m_prompts.choose_file(
-      {from_qt(m_binder.text(Section::labels, "mp_files")), {m_format.filter}, "", false});
+  const FileQuestion question{
+      from_qt(m_binder.text(Section::labels, "mp_files")), {m_format.filter}, "", false};
+  // Only the dialogs of a desktop can choose several at once.
+  if (auto* dialogs = dynamic_cast<WindowPrompts*>(&m_prompts))
+    return add_files(dialogs->choose_files(question));
+  const auto file = m_prompts.choose_file(question);
   if (file) add_files({to_qt(*file)});
 }
 
@@ -281,7 +287,10 @@ void ConverterWindow::set_busy(bool busy) {
 }
 
 void ConverterWindow::convert() {
-  if (m_busy || m_previewing) return;
+  if (m_busy) return;
+  // The look at a file ends first.
+  m_convert_next = m_previewing;
+  if (m_previewing) return m_progress->request_stop();
   set_busy(true);
   m_progress->begin();
   m_result = convert_files(m_workspace, m_prompts, *m_progress, files(), take_choices());
@@ -322,10 +331,12 @@ void ConverterWindow::show_preview() {
                 : m_binder.text(Section::labels, file.empty() ? "mp_drop_here" : "mp_no_preview"));
   m_plot_file->setText(to_qt(platform::name_of(file)));
   m_plot->set_area(m_shapes->area());
-  preview_text(text);
+  show_preview_text();
   m_progress->fraction(0);
   m_previewing = false;
   Q_EMIT preview_shown();
+  if (std::exchange(m_convert_next, false) && !m_close_when_done)
+    QMetaObject::invokeMethod(this, &ConverterWindow::convert, Qt::QueuedConnection);
   if (m_close_when_done) QMetaObject::invokeMethod(this, &QDialog::reject, Qt::QueuedConnection);
 }
 

@@ -61,8 +61,8 @@ class ConverterWindow : public QDialog {
   virtual SourceFormat take_choices() = 0;
   // A type that the conversion has shortened, back into its box.
   virtual void show_choices() = 0;
-  // What the preview shows, for those who show more of it.
-  virtual void preview_text(const std::string& /*mp_text*/) {}
+  // Called when a look at a file is over, for those who show more of it.
+  virtual void show_preview_text() {}
   // Called at the end of each window's constructor.
   void finish_window();
 
@@ -104,7 +104,7 @@ class ConverterWindow : public QDialog {
   std::optional<WindowProgress> m_progress;
   Conversion m_result;
   QString m_file_to_build;
-  bool m_busy = false, m_previewing = false, m_close_when_done = false;
+  bool m_busy = false, m_previewing = false, m_convert_next = false, m_close_when_done = false;
   QTimer m_preview_timer;
 
   QListWidget *m_files = nullptr, *m_results = nullptr;

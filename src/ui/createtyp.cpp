@@ -10,7 +10,7 @@
 #include "base/files.hpp"
 #include "base/text.hpp"
 #include "platform/paths.hpp"
-#include "styletools/typ_compiler.hpp"
+#include "styletools/typ_export.hpp"
 #include "ui/cmcolor.hpp"
 #include "ui/qt_text.hpp"
 #include "ui/window_layout.hpp"
@@ -21,7 +21,6 @@ namespace {
 
 constexpr int window_width = 980, window_height = 640;
 constexpr int list_share = 1, preview_share = 3;
-constexpr const char* check_file = "typcheck.txt";  // in the program folder, while mkgmap reads it
 
 }  // namespace
 
@@ -158,6 +157,7 @@ void createtyp::show_style() {
 
 void createtyp::show_sheet() {
   const SheetRequest chosen = request();
+  m_hint.clear();
   if (chosen.style.folder.empty()) {
     m_list->clear();
     m_text->clear();
@@ -173,7 +173,8 @@ void createtyp::show_sheet() {
                       .arg(line_types.size())
                       .arg(point_types.size());
   const std::size_t plain = sheet.complete ? 0 : count_without_colour(sheet);
-  if (plain > 0) state += QLatin1Char(' ') + m_binder.text(Section::labels, "typ_without_colour").arg(plain);
+  if (plain > 0) m_hint = m_binder.text(Section::labels, "typ_without_colour").arg(plain);
+  if (plain > 0) state += QLatin1Char(' ') + m_hint;
   m_state->setText(state);
 }
 
@@ -187,7 +188,9 @@ bool createtyp::write(const std::string& path) {
 
 void createtyp::create() {
   const std::string path = m_workspace.path(sheet_file);
-  if (write(path)) open_in_typ_editor(m_workspace, path, m_prompts);
+  if (!write(path)) return;
+  show_judgement(judge(path), to_qt(path));
+  open_in_typ_editor(m_workspace, path, m_prompts);
 }
 
 void createtyp::save_as() {
@@ -195,29 +198,48 @@ void createtyp::save_as() {
   const auto path = m_prompts.choose_file({from_qt(m_binder.text(Section::commands, "save_as")),
                                            {{"Text File (txt)", "*.txt"}, {all, "*"}},
                                            sheet_file,
-                                           true});
-  if (path && write(*path)) m_state->setText(to_qt(*path));
+                                           true,
+                                           false});
+  if (!path) return;
+  const std::string target = with_ending(*path, ".txt");
+  if (file_exists(target) && m_prompts.ask("Overwrite?") != Answer::yes) return;
+  if (write(target)) show_judgement(judge(target), to_qt(target));
+}
+
+TypCheck createtyp::judge(const std::string& path) {
+  return check_typ_text(m_workspace, m_prompts, m_progress, path);
 }
 
 void createtyp::check() {
-  const std::string path = m_workspace.path(check_file);
-  if (!write(path)) return;
-  const TypCheck judged = check_typ_text(m_workspace, m_prompts, m_progress, path);
-  if (const Status removed = remove_file(path); !removed.ok()) m_prompts.tell(removed.error, Icon::warning);
-  if (!judged.not_checked.empty())
-    m_prompts.tell(judged.not_checked, Icon::warning);
-  else if (judged.accepted)
-    m_state->setText(m_binder.text(Section::labels, "typ_accepted"));
-  else {
-    const QString place = to_qt(check_text(judged));
-    m_state->setText(m_binder.text(Section::labels, "typ_refused").arg(place));
-    m_tabs->setCurrentWidget(m_text);
-    if (judged.line > 0) {
-      const QTextBlock line = m_text->document()->findBlockByNumber(static_cast<int>(judged.line) - 1);
-      m_text->setTextCursor(QTextCursor(line));
-      m_text->centerCursor();
-    }
-  }
+  const Result<std::string> path = scratch_path(".txt");
+  if (!path.ok()) return m_prompts.tell(path.error, Icon::critical);
+  if (!write(path.value)) return;
+  const TypCheck judged = judge(path.value);
+  if (const Status removed = remove_file(path.value); !removed.ok())
+    m_prompts.tell(removed.error, Icon::warning);
+  if (!judged.not_checked.empty()) return m_prompts.tell(judged.not_checked, Icon::warning);
+  show_judgement(judged, {});
+}
+
+// Where the text was written, what mkgmap says about it and, unless it accepts it, what is known to be
+// missing.
+void createtyp::show_judgement(const TypCheck& judged, const QString& written) {
+  QStringList parts;
+  if (!written.isEmpty()) parts << written;
+  if (judged.accepted)
+    parts << m_binder.text(Section::labels, "typ_accepted");
+  else if (!judged.not_checked.empty())
+    parts << to_qt(judged.not_checked);
+  else
+    parts << m_binder.text(Section::labels, "typ_refused").arg(to_qt(check_text(judged)));
+  if (!judged.accepted && !m_hint.isEmpty()) parts << m_hint;
+  m_state->setText(parts.join(QLatin1Char('\n')));
+  if (judged.accepted || !judged.not_checked.empty()) return;
+  m_tabs->setCurrentWidget(m_text);
+  if (judged.line == 0) return;
+  const QTextBlock line = m_text->document()->findBlockByNumber(static_cast<int>(judged.line) - 1);
+  m_text->setTextCursor(QTextCursor(line));
+  m_text->centerCursor();
 }
 
 void createtyp::show_colours() { cmcolor(m_workspace.texts, this).exec(); }

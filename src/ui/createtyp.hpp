@@ -12,6 +12,7 @@
 
 #include "app/workspace.hpp"
 #include "base/prompts.hpp"
+#include "styletools/typ_compiler.hpp"
 #include "styletools/typ_generator.hpp"
 #include "ui/text_binder.hpp"
 #include "ui/typ_list.hpp"
@@ -42,6 +43,8 @@ class createtyp : public QDialog {
   void save_as();
   void check();
   bool write(const std::string& path);
+  TypCheck judge(const std::string& path);
+  void show_judgement(const TypCheck& judged, const QString& written);
   void show_colours();
 
   Workspace& m_workspace;
@@ -55,6 +58,7 @@ class createtyp : public QDialog {
   TypList* m_list = nullptr;
   QPlainTextEdit* m_text = nullptr;
   QLabel* m_state = nullptr;
+  QString m_hint;  // how many polygons have no colour, when there are such
 };
 
 }  // namespace ferrowen::ui

@@ -1,13 +1,17 @@
 #include "ui/doctor.hpp"
 
 #include <QHeaderView>
+#include <QLineEdit>
 #include <algorithm>
 
 #include "app/settings_file.hpp"
+#include "base/files.hpp"
+#include "base/text.hpp"
 #include "platform/desktop.hpp"
 #include "styletools/doctor_stage.hpp"
 #include "styletools/style_tags.hpp"
 #include "styletools/typ_export.hpp"
+#include "styletools/typ_reader.hpp"
 #include "ui/qt_text.hpp"
 #include "ui/window_layout.hpp"
 
@@ -37,9 +41,10 @@ doctor::doctor(Workspace& workspace, Prompts& prompts, QWidget* parent)
   m_style->setCurrentText(to_qt(m_workspace.settings.style));
   const Settings& settings = m_workspace.settings;
   m_typ_path->set_text(to_qt(settings.doctor_typ.empty() ? settings.typ : settings.doctor_typ));
+  connect(m_typ_path->line(), &QLineEdit::textChanged, this, &doctor::show_typ);
+  show_typ();
   connect(m_style, &QComboBox::currentTextChanged, this, &doctor::style_changed);
   style_changed();
-  show_report({});
   assign_mnemonics(*this);
   resize(window_width, window_height);
   const WindowLayout layout(settings);
@@ -65,7 +70,7 @@ RuleKind doctor::chosen_kind() const { return static_cast<RuleKind>(std::max(0, 
 const LoadedStyle* doctor::load(RuleKind kind) {
   std::optional<LoadedStyle>& style = m_styles.at(static_cast<std::size_t>(kind));
   style = load_style(location(), kind);
-  if (!style->text.is_empty()) return &*style;
+  if (!style->text.is_missing()) return &*style;
   style.reset();
   return nullptr;
 }
@@ -76,13 +81,30 @@ bool doctor::load_typ() {
   m_typ = find_typ(path, location(), m_prompts);
   if (!m_typ) return false;
   m_preview->set_typ(&*m_typ);
+  m_typ_list->show_typ(*m_typ);
+  if (!m_typ->findings.empty())
+    m_prompts.tell(path + "\r\n" + join_texts(finding_lines(*m_typ), crlf), Icon::warning);
   m_workspace.settings.doctor_typ = path;
   return true;
+}
+
+void doctor::forget_typ() {
+  m_preview->set_typ(nullptr);
+  m_typ.reset();
+}
+
+// While a path is typed nothing is told: only a file that can be read shows its types.
+void doctor::show_typ() {
+  m_typ_list->clear();
+  const std::string path = from_qt(m_typ_path->text());
+  if (!file_exists(path) || folder_exists(path)) return;
+  if (const Result<TypFile> typ = loadbinary(path); typ.ok()) m_typ_list->show_typ(typ.value);
 }
 
 void doctor::style_changed() {
   m_styles = {};
   m_shown.reset();
+  show_report({});
   show_kind(chosen_kind());
 }
 
@@ -117,20 +139,27 @@ void doctor::run(DoctorCheck check) {
   if (check == DoctorCheck::road_class) m_kinds->button(static_cast<int>(RuleKind::lines))->setChecked(true);
   const LoadedStyle* style = load(chosen_kind());
   if (style == nullptr) return nodata(location(), m_prompts);
+  tell_unread(style->text, m_prompts);
   show_kind(chosen_kind());
   const auto lowest = static_cast<std::size_t>(m_lowest->value());
-  show_report(run_check(check, *style, m_typ ? &*m_typ : nullptr, lowest));
+  DoctorReport report = check == DoctorCheck::typ ? typ_damage(*m_typ) : DoctorReport{};
+  report.append(run_check(check, *style, m_typ ? &*m_typ : nullptr, lowest));
+  show_report(std::move(report));
 }
 
 // Every check of every rule file; without a TYP file all but that one.
 void doctor::run_all() {
-  if (!m_typ_path->text().isEmpty() && !load_typ()) return;
-  DoctorReport report;
+  if (m_typ_path->text().isEmpty())
+    forget_typ();
+  else if (!load_typ())
+    return;
+  DoctorReport report = m_typ ? typ_damage(*m_typ) : DoctorReport{};
   bool any = false;
   for (const RuleKind kind : rule_kinds) {
     const LoadedStyle* style = load(kind);
     if (style == nullptr) continue;
     any = true;
+    tell_unread(style->text, m_prompts);
     for (const DoctorCheck check : doctor_checks) {
       if (check == DoctorCheck::places && kind != RuleKind::points) continue;
       report.append(
@@ -229,7 +258,7 @@ void doctor::export_csv() { export_report(m_table.report(), ReportFormat::csv, m
 void doctor::export_editor() {
   if (!load_typ()) return;
   const std::optional<std::string> path =
-      m_prompts.choose_file({"", {{"Export to Tyvask (tvkx)", "*.tvkx"}}, "untitled.tvkx", true});
+      m_prompts.choose_file({"", {{"Export to Tyvask (tvkx)", "*.tvkx"}}, "untitled.tvkx", true, false});
   if (path) export_editor_files(*m_typ, *path, m_prompts);
 }
 

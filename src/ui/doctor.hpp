@@ -25,6 +25,7 @@
 #include "ui/path_edit.hpp"
 #include "ui/style_view.hpp"
 #include "ui/text_binder.hpp"
+#include "ui/typ_list.hpp"
 #include "ui/typ_preview.hpp"
 
 namespace ferrowen::ui {
@@ -37,6 +38,7 @@ namespace ferrowen::ui {
 //   Command13  whole report into "typ.txt"
 //   List4  report list     doctor_show  one check of it     doctor_filter  words     doctor_counts
 //   Combo3  types of the style      List2  conditions      doctor_tags, doctor_tag_search  its tags
+//   doctor_typ_list  types of the TYP file
 //   doctor_export_text, doctor_export_csv, doctor_export_editor, doctor_close
 class doctor : public QDialog {
   Q_OBJECT
@@ -63,6 +65,8 @@ class doctor : public QDialog {
   // The rule file of a kind as it is on the disk now; null when there is none, which has been told then.
   const LoadedStyle* load(RuleKind kind);
   bool load_typ();
+  void forget_typ();
+  void show_typ();
   void style_changed();
   void show_kind(RuleKind kind);
   void show_types(const LoadedStyle& style);
@@ -98,6 +102,7 @@ class doctor : public QDialog {
   QListWidget* m_conditions = nullptr;
   QTreeWidget* m_tags = nullptr;
   TypPreview* m_preview = nullptr;
+  TypList* m_typ_list = nullptr;
   QSplitter* m_columns = nullptr;
 };
 

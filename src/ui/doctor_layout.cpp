@@ -189,6 +189,10 @@ QWidget* doctor::make_style_side() {
   tabs->addTab(page, m_binder.text(Section::labels, "doctor_text"));
   tabs->addTab(m_conditions, m_binder.text(Section::labels, "doctor_conditions"));
   tabs->addTab(make_tags(), m_binder.text(Section::labels, "doctor_tags"));
+  m_typ_list = new TypList(m_binder, tabs, TypList::Order::shown);
+  m_typ_list->setObjectName(QStringLiteral("doctor_typ_list"));
+  m_binder.name(m_typ_list, Section::labels, "doctor_typ_types");
+  tabs->addTab(m_typ_list, m_binder.text(Section::labels, "doctor_typ_types"));
   connect(m_types, &QComboBox::currentIndexChanged, this, &doctor::show_type);
   connect(m_conditions, &QListWidget::currentRowChanged, this, &doctor::show_condition);
   return tabs;

@@ -43,6 +43,7 @@ QVariant colour_of(Weight weight) {
   const QPalette palette = QApplication::palette();
   if (weight == Weight::error) return error_colour(palette);
   if (weight == Weight::warning) return warning_colour(palette);
+  if (weight == Weight::hint) return palette.color(QPalette::Link);
   return {};
 }
 

@@ -9,6 +9,7 @@
 #include <QMimeData>
 #include <QTabWidget>
 #include <QUrl>
+#include <algorithm>
 
 #include "base/files.hpp"
 #include "base/text.hpp"
@@ -90,6 +91,20 @@ editcontours::editcontours(Workspace& workspace, Prompts& prompts, QWidget* pare
   m_base->setText(QLatin1String(srtm_base_address));
   finish_layout();
   show_area();
+  // The window stands there first.
+  QMetaObject::invokeMethod(
+      this, [this] { tell_missing_folder(); }, Qt::QueuedConnection);
+}
+
+void editcontours::tell_missing_folder() {
+  const std::vector<std::string> folders = searched_hgt_folders(m_workspace.settings);
+  if (std::none_of(folders.begin(), folders.end(), folder_exists))
+    m_prompts.tell("Can't locate HGT folder. Click on a Tile with HGT files", Icon::warning);
+}
+
+void editcontours::done(int result) {
+  keep_choices();
+  ToolWindow::done(result);
 }
 
 QCheckBox* editcontours::flag(const char* name, const char* key) {
@@ -130,7 +145,7 @@ QWidget* editcontours::make_choices() {
   form->setContentsMargins(0, 0, 0, 0);
   m_tool->line()->setObjectName(QStringLiteral("Text3"));
   m_tool->button()->setObjectName(QStringLiteral("Command4"));
-  m_tool->set_filters({{"Hgt2OSM(exe)", "*.exe"}});
+  m_tool->set_filters(program_filters("Hgt2OSM(exe)"));
   m_binder.tooltip(m_tool->line(), "contour_tool");
   m_binder.tooltip(m_interval, "interval");
   m_binder.tooltip(m_tolerance, "tolerance");
@@ -202,9 +217,9 @@ void editcontours::show_area() {
   }
   fill(*m_area, area);
   std::vector<std::string> further;
-  for (const std::string& name :
-       folder.empty() ? std::vector<std::string>{} : list_files(folder, {".hgt", ".zip"})) {
-    if (!cell_of_file(name).empty()) further.push_back(platform::join(folder, name));
+  for (const std::string& name : folder.empty() ? std::vector<std::string>{} : list_files(folder, {""})) {
+    const bool heights = ends_with_ignoring_case(name, ".hgt") || ends_with_ignoring_case(name, ".zip");
+    if (heights && !cell_of_file(name).empty()) further.push_back(platform::join(folder, name));
   }
   fill(*m_further, further);
   m_area->selectAll();
@@ -240,6 +255,21 @@ void editcontours::take_choices(long& interval, double& tolerance) {
   m_tolerance->setText(to_qt(number_text(static_cast<float>(tolerance))));
 }
 
+// What was typed and not yet used is kept for the next time, unless no contours could be made with it.
+void editcontours::keep_choices() {
+  Settings& settings = m_workspace.settings;
+  const std::string tool(trim(from_qt(m_tool->text())));
+  const long interval = lenient_whole_number(trim(from_qt(m_interval->text())));
+  const double tolerance = tolerance_value(from_qt(m_tolerance->text()));
+  const bool good = interval >= least_interval && interval <= highest_interval;
+  const bool other_numbers = interval != contour_interval(settings) ||
+                             static_cast<float>(tolerance) != static_cast<float>(settings.contour_tolerance);
+  if (tool == settings.contour_tool && !(good && other_numbers)) return;
+  settings.contour_tool = tool;
+  if (good) store_contour_choices(settings, interval, tolerance);
+  save_settings();
+}
+
 void editcontours::create_contours() {
   ContourRequest request;
   take_choices(request.interval, request.tolerance);
@@ -256,6 +286,7 @@ void editcontours::create_contours() {
 }
 
 void editcontours::count_heights() {
+  offer_renaming_in_area(m_workspace, m_prompts);
   show_area();
   const DownloadState state = download_state(m_workspace, m_prompts);
   m_prompts.tell(download_message(state, m_workspace),

@@ -22,6 +22,7 @@ class editcontours : public ToolWindow {
   Q_OBJECT
  public:
   editcontours(Workspace& workspace, Prompts& prompts, QWidget* parent = nullptr);
+  void done(int result) override;
 
  protected:
   void dragEnterEvent(QDragEnterEvent* event) override;
@@ -40,6 +41,8 @@ class editcontours : public ToolWindow {
   void unpack();
   void open_download_pages();
   [[nodiscard]] std::vector<std::string> selected_heights() const;
+  void tell_missing_folder();
+  void keep_choices();
   void take_choices(long& interval, double& tolerance);
 
   QListWidget *m_area, *m_further, *m_expected, *m_needed, *m_missing;

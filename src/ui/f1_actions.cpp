@@ -1,6 +1,7 @@
 // What the main window's buttons and menu entries do: collect, call a stage, show.
 #include <QApplication>
 #include <QScopeGuard>
+#include <algorithm>
 #include <ctime>
 
 #include "app/language_file.hpp"
@@ -96,7 +97,12 @@ void f1::input_edited() {
 }
 
 void f1::open_input(const QString& path) {
-  if (m_busy) return;
+  if (m_busy) {
+    // Says that one is running already.
+    if (is_script(path) && m_workspace.script_running)
+      static_cast<void>(script_is_wanted(m_workspace, *m_prompts, from_qt(path)));
+    return;
+  }
   if (is_script(path)) {
     m_input->set_text(to_qt(m_workspace.settings.input));
     return start_script(path);
@@ -266,13 +272,17 @@ void f1::show_option_editor(bool splitter) {
 // Without a selection the whole map is meant, as in a build.
 void f1::clip_contours() {
   const TileList chosen = m_workspace.tiles;
-  const bool all = selected_count(chosen) == 0;
+  const std::size_t count = selected_count(chosen);
+  const bool all = count == 0;
   for (Tile& tile : m_workspace.tiles)
     tile.selected = tile.selected || all;
   m_progress->begin();
   m_tabs->setCurrentWidget(m_console);
   m_clip_label->setText(QStringLiteral("Clipping"));
-  const ClipReport report = ferrowen::clip(m_workspace, *m_prompts, *m_progress);
+  const auto first =
+      std::find_if(chosen.begin(), chosen.end(), [](const Tile& tile) { return tile.selected; });
+  const ClipReport report = count == 1 ? clip1tile(m_workspace, *m_prompts, *m_progress, first->number)
+                                       : ferrowen::clip(m_workspace, *m_prompts, *m_progress);
   m_workspace.tiles = chosen;
   show_outcome(report.result, "stopped");
   show_heights();
@@ -281,7 +291,8 @@ void f1::clip_contours() {
 
 void f1::tell_missing_hgt_folder() {
   if (!take_settings() || !m_workspace.settings.dem) return;
-  if (!folder_exists(current_hgt_folder(m_workspace.settings)))
+  const std::vector<std::string> folders = searched_hgt_folders(m_workspace.settings);
+  if (std::none_of(folders.begin(), folders.end(), folder_exists))
     m_prompts->tell("Please locate hgt folder for DEM", Icon::warning);
 }
 

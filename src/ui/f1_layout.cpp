@@ -92,6 +92,10 @@ QWidget* f1::make_map_data() {
   auto* column = new QVBoxLayout(box);
   m_input = m_form->path("input", PathEdit::Kind::file, QStringLiteral("Text1"));
   m_input->set_filters({{"All (pbf/osm/mp/o5m)", "*.pbf;*.osm;*.mp;*.o5m;*.osm.gz"},
+                        {"OSM files pbf files (*.pbf)", "*.pbf"},
+                        {"OSM files (*.osm)", "*.osm"},
+                        {"mp files (*.mp)", "*.mp"},
+                        {"o5m files (*.o5m)", "*.o5m"},
                         {"Scripts (*.auto)", "*.auto"},
                         {"All files", "*"}});
   m_state = new QLabel(box);

@@ -7,20 +7,7 @@ namespace ferrowen::ui {
 
 namespace {
 
-constexpr std::size_t longest_shown = 20000;  // characters of the coordinates
 constexpr int shown_lines = 3;
-
-// The coordinates of an MP text, one object per line.
-QString coordinates_of(std::string_view mp_text) {
-  constexpr std::string_view data = "\nData0=";
-  QString shown;
-  for (std::size_t at = mp_text.find(data); at != std::string_view::npos; at = mp_text.find(data, at + 1)) {
-    const std::string_view rest = mp_text.substr(at + data.size(), longest_shown);
-    shown += to_qt(rest.substr(0, rest.find('\r'))) + QLatin1Char('\n');
-    if (static_cast<std::size_t>(shown.size()) > longest_shown) break;
-  }
-  return shown.left(static_cast<qsizetype>(longest_shown)).trimmed();
-}
 
 }  // namespace
 
@@ -61,14 +48,14 @@ void kml2mp::make_choices(QFormLayout& form) {
 }
 
 SourceFormat kml2mp::take_choices() {
-  m_values = {m_line_type->type(), m_point_type->type(), from_qt(m_label->text()), m_points->isChecked()};
+  m_values = {m_line_type->type(), m_point_type->type(), from_qt(m_label->text()), m_points->isChecked(), ""};
   return kml_format(m_values);
 }
 
 void kml2mp::show_choices() { m_line_type->set_type(m_values.line_type); }
 
-void kml2mp::preview_text(const std::string& mp_text) {
-  m_coordinates->setPlainText(coordinates_of(mp_text));
+void kml2mp::show_preview_text() {
+  m_coordinates->setPlainText(shown_text(trim(m_values.converted_coordinates)));
 }
 
 }  // namespace ferrowen::ui

@@ -12,7 +12,7 @@ namespace ferrowen::ui {
 
 // Controls, by their public names (the others stand at ConverterWindow):
 //   Text1  type of the lines      Text3  type of the points     Text4  label of all objects
-//   Check2 single positions are written as points               Text5  the coordinates that will be written
+//   Check2 single positions are written as points               Text5  the coordinates that will be converted
 class kml2mp : public ConverterWindow {
   Q_OBJECT
  public:
@@ -22,7 +22,7 @@ class kml2mp : public ConverterWindow {
   void make_choices(QFormLayout& form) override;
   SourceFormat take_choices() override;
   void show_choices() override;
-  void preview_text(const std::string& mp_text) override;
+  void show_preview_text() override;
 
  private:
   KmlChoices m_values;

@@ -36,7 +36,7 @@ merge::merge(Workspace& workspace, Prompts& prompts, QWidget* parent)
   m_target->set_text(QDir::toNativeSeparators(QDir::current().filePath(QStringLiteral("untitled.pbf"))));
   m_binder.tooltip(m_target->line(), "merge_target");
   m_tool->line()->setObjectName(QStringLiteral("Text2"));
-  m_tool->set_filters({{"osmconvert(exe)", "*.exe"}});
+  m_tool->set_filters(program_filters("osmconvert(exe)"));
   m_tool->set_text(to_qt(workspace.settings.osmconvert));
   m_binder.tooltip(m_tool->line(), "merge_tool");
   auto* form = new QFormLayout;

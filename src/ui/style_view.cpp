@@ -65,6 +65,7 @@ StyleView::StyleView(TextBinder& binder, Prompts& prompts, QWidget* parent)
 
 void StyleView::show_style(const StyleText& style) {
   m_style = style;
+  m_found_word.clear();
   m_text->setPlainText(shown_text(style.text()));
   m_text->setExtraSelections({});
   m_includes->setText(style.files.size() > 1 ? to_qt(include_label(style)) : QString());
@@ -92,13 +93,19 @@ void StyleView::highlight(std::size_t line) {
   m_line->setText(to_qt(m_style.files[place.file].path) + QLatin1Char(':') + QString::number(place.line));
 }
 
-// "srch": from the line behind the cursor on, then from the top.
+// "srch": from the line of the cursor on, or from the one behind it when that is the last hit; then from the
+// top.
 void StyleView::search() {
   const std::string word = from_qt(m_search->text());
   if (word.empty()) return m_prompts.tell("No text to search.");
-  const auto from = static_cast<std::size_t>(m_text->textCursor().blockNumber()) + 1;
-  const std::optional<std::size_t> found = srch(m_style, word, from);
-  if (found) return highlight(*found);
+  const auto line = static_cast<std::size_t>(m_text->textCursor().blockNumber());
+  const bool is_last_hit = word == m_found_word && line == m_found_line;
+  const std::optional<std::size_t> found = srch(m_style, word, is_last_hit ? line + 1 : line);
+  if (found) {
+    m_found_word = word;
+    m_found_line = *found;
+    return highlight(*found);
+  }
   m_line->setText(m_binder.text(Section::labels, "doctor_not_found").arg(m_search->text()));
 }
 

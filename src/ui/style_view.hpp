@@ -30,6 +30,8 @@ class StyleView : public QWidget {
   TextBinder& m_binder;
   Prompts& m_prompts;
   StyleText m_style;
+  std::string m_found_word;  // of the last hit; "": there was none in this text
+  std::size_t m_found_line = 0;
   QLabel *m_includes, *m_line;
   QPlainTextEdit* m_text;
   QLineEdit* m_search;

@@ -5,6 +5,7 @@
 
 #include "app/settings_file.hpp"
 #include "platform/desktop.hpp"
+#include "platform/files.hpp"
 #include "ui/qt_text.hpp"
 #include "ui/window_layout.hpp"
 
@@ -17,6 +18,10 @@ constexpr int output_height = 110;
 constexpr int window_width = 760, window_height = 620;
 
 }  // namespace
+
+std::vector<FileFilter> program_filters(const char* caption) {
+  return {{caption, platform::names_ignore_case ? "*.exe" : "*"}};
+}
 
 ToolWindow::ToolWindow(Workspace& workspace, Prompts& prompts, const char* name, const char* title,
                        QWidget* parent)

@@ -19,6 +19,9 @@
 
 namespace ferrowen::ui {
 
+// What a dialog for a console program offers; only one system marks programs by an ending.
+std::vector<FileFilter> program_filters(const char* caption);
+
 // Controls, by object name: tool_bar, tool_elapsed, Label5 (status), tool_output, tool_stop, tool_close.
 class ToolWindow : public QDialog {
   Q_OBJECT

@@ -11,18 +11,20 @@ namespace ferrowen::ui {
 
 namespace {
 
-constexpr int day_column = 0, night_column = 1, kind_column = 2, type_column = 3, label_column = 4;
+constexpr int day_column = 0, night_column = 1, kind_column = 2, type_column = 3, label_column = 4,
+              order_column = 5;
 constexpr QSize picture_size(72, 32);
 
 }  // namespace
 
-TypList::TypList(const TextBinder& binder, QWidget* parent) : QTreeWidget(parent) {
+TypList::TypList(const TextBinder& binder, QWidget* parent, Order order) : QTreeWidget(parent) {
   setRootIsDecorated(false);
   setUniformRowHeights(true);
   setIconSize(picture_size);
   QStringList headings;
   for (const char* key : {"typ_day", "typ_night", "typ_kind", "typ_type", "typ_label"})
     headings << binder.text(Section::labels, key);
+  if (order == Order::shown) headings << binder.text(Section::labels, "typ_order");
   setHeaderLabels(headings);
   for (const int column : {day_column, night_column, kind_column, type_column})
     header()->setSectionResizeMode(column, QHeaderView::ResizeToContents);
@@ -47,6 +49,8 @@ void TypList::add(RuleKind kind, const TypDefinition& definition, QList<QTreeWid
   item->setText(label_column,
                 to_qt(definition.damage.empty() ? label_text(definition)
                                                 : label_text(definition) + " (" + definition.damage + ")"));
+  if (columnCount() > order_column && definition.draw_order > 0)
+    item->setData(order_column, Qt::DisplayRole, static_cast<int>(definition.draw_order));
   items << item;
 }
 

@@ -11,7 +11,9 @@ namespace ferrowen::ui {
 class TypList : public QTreeWidget {
   Q_OBJECT
  public:
-  explicit TypList(const TextBinder& binder, QWidget* parent = nullptr);
+  enum class Order : bool { hidden, shown };  // a column for the level in which a polygon is drawn
+
+  explicit TypList(const TextBinder& binder, QWidget* parent = nullptr, Order order = Order::hidden);
   void show_typ(const TypFile& typ);
 
  private:

@@ -1,11 +1,10 @@
 #include "ui/typ_preview.hpp"
 
 #include <QHBoxLayout>
-#include <QPainter>
-#include <QPixmap>
 
 #include "styletools/typ_reader.hpp"
 #include "ui/qt_text.hpp"
+#include "ui/typ_pixmap.hpp"
 
 namespace ferrowen::ui {
 
@@ -13,21 +12,6 @@ namespace {
 
 constexpr int picture_width = 96, picture_height = 48;
 constexpr int icon_width = 32, icon_height = 16;
-
-// The ground of a device's map by day and by night.
-const QColor day_ground(250, 248, 240);
-const QColor night_ground(16, 20, 36);
-
-QPixmap pixmap_of(const TypDefinition& definition, RuleKind kind, TypLight light, QSize size) {
-  const TypPicture picture = drawbmp(kind, definition, light, size.width(), size.height());
-  QPixmap pixmap(size);
-  pixmap.fill(light == TypLight::day ? day_ground : night_ground);
-  if (picture.width <= 0 || picture.height <= 0) return pixmap;
-  const QImage image(picture.pixels.data(), picture.width, picture.height, picture.width * 4,
-                     QImage::Format_RGBA8888);
-  QPainter(&pixmap).drawImage(0, 0, image);
-  return pixmap;
-}
 
 QLabel* picture_label(const char* name, QWidget* parent) {
   auto* label = new QLabel(parent);
@@ -77,8 +61,8 @@ void TypPreview::show_type(RuleKind kind, const std::string& key) {
     return;
   }
   const QSize size(picture_width, picture_height);
-  m_day->setPixmap(pixmap_of(*definition, kind, TypLight::day, size));
-  m_night->setPixmap(pixmap_of(*definition, kind, TypLight::night, size));
+  m_day->setPixmap(typ_pixmap(kind, *definition, TypLight::day, size, devicePixelRatioF()));
+  m_night->setPixmap(typ_pixmap(kind, *definition, TypLight::night, size, devicePixelRatioF()));
   m_label->setText(to_qt(key) + QLatin1Char('\n') + to_qt(label_text(*definition)));
 }
 
@@ -88,7 +72,8 @@ QIcon TypPreview::icon(RuleKind kind, const std::string& key) {
   if (!is_new) return at->second;
   const TypDefinition* definition = find_definition(*m_typ, kind, key);
   if (definition != nullptr)
-    at->second = QIcon(pixmap_of(*definition, kind, TypLight::day, {icon_width, icon_height}));
+    at->second =
+        QIcon(typ_pixmap(kind, *definition, TypLight::day, {icon_width, icon_height}, devicePixelRatioF()));
   return at->second;
 }
 

@@ -7,6 +7,7 @@
 #include "base/text.hpp"
 #include "elevation/hgt_coverage.hpp"
 #include "elevation/unzip.hpp"
+#include "platform/files.hpp"
 #include "ui/qt_text.hpp"
 
 namespace ferrowen::ui {
@@ -21,7 +22,9 @@ unzip::unzip(Workspace& workspace, Prompts& prompts, QWidget* parent)
   m_folder->set_text(to_qt(current_hgt_folder(workspace.settings)));
   m_binder.tooltip(m_folder->line(), "unzip_folder");
   m_tool->line()->setObjectName(QStringLiteral("Text2"));
-  m_tool->set_filters({{" (*.exe)", "7z.exe"}, {"7z", "7z;7zz;7za"}});
+  std::vector<FileFilter> filters = {{" (*.exe)", "7z.exe"}};
+  if (!platform::names_ignore_case) filters.insert(filters.begin(), {"7z", "7z;7zz;7za"});
+  m_tool->set_filters(std::move(filters));
   m_tool->set_text(to_qt(workspace.settings.seven_zip));
   m_binder.tooltip(m_tool->line(), "unzip_tool");
   m_archives->setObjectName(QStringLiteral("List1"));
@@ -46,7 +49,7 @@ void unzip::show_archives() {
   m_archives->clear();
   const std::string folder(trim(from_qt(m_folder->text())));
   if (folder.empty()) return;
-  for (const std::string& name : list_files(folder, {".zip"}))
+  for (const std::string& name : zip_archives(folder))
     m_archives->addItem(to_qt(name));
 }
 

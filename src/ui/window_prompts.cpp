@@ -31,9 +31,11 @@ QMessageBox::Icon box_icon(Icon icon) {
 QString filter_text(const std::vector<FileFilter>& filters) {
   QStringList parts;
   for (const FileFilter& filter : filters) {
-    const QString name = to_qt(filter.name).section(QLatin1Char('('), 0, 0).trimmed();
-    parts << name + QStringLiteral(" (") + to_qt(filter.pattern).replace(QLatin1Char(';'), QLatin1Char(' ')) +
-                 QLatin1Char(')');
+    const QString pattern = to_qt(filter.pattern).replace(QLatin1Char(';'), QLatin1Char(' '));
+    const QString ending = QLatin1Char('(') + pattern + QLatin1Char(')');
+    QString name = to_qt(filter.name).trimmed();
+    if (name.endsWith(ending)) name.chop(ending.size());
+    parts << name.trimmed() + QLatin1Char(' ') + ending;
   }
   return parts.join(QStringLiteral(";;"));
 }
@@ -100,6 +102,14 @@ std::optional<std::string> WindowPrompts::choose_file(const FileQuestion& questi
           : QFileDialog::getOpenFileName(parent(), title, to_qt(question.proposal), filters);
   if (chosen.isEmpty()) return std::nullopt;
   return from_qt(QDir::toNativeSeparators(chosen));
+}
+
+QStringList WindowPrompts::choose_files(const FileQuestion& question) {
+  QStringList chosen = QFileDialog::getOpenFileNames(parent(), to_qt(question.title),
+                                                     to_qt(question.proposal), filter_text(question.filters));
+  for (QString& path : chosen)
+    path = QDir::toNativeSeparators(path);
+  return chosen;
 }
 
 std::optional<std::string> WindowPrompts::choose_folder(std::string_view title, const std::string& start) {

@@ -33,6 +33,7 @@ TEST_CASE("lines of a log by their weight") {
       {"Number of ExitExceptions: 1", error},
       {"2026/11/21 17:01:17 SEVERE (Main): nix.osm: input file 'nix.osm' is gone", error},
       {"SEVERE (RoundaboutCheck): tile", warning},
+      {"2026/11/21 17:01:17 SEVERE (LineSizeSplitterFilter): 63240001.img: line too long", warning},
       {"WARNUNG (x): Error of a kind", warning},
       {"java.lang.OutOfMemoryError: Java heap space", error},
       {"\tat uk.me.parabola.Main.main(Main.java:1)", error},

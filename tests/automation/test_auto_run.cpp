@@ -59,6 +59,12 @@ TEST_CASE("a script builds its map without a question; the settings come back") 
   CHECK(contains(log, "one.auto: done"));
   CHECK(contains(log, "Mkgmap version 4905"));
   CHECK(contains(summary_text({report}), "1 of 1 maps were made."));
+  // A later run over the same files.
+  AutoReport later = report;
+  later.script = test.home / "scripts/two.auto";
+  CHECK(replaced_by({report, later}, 0) == later.script);
+  CHECK(replaced_by({report, later}, 1).empty());
+  CHECK(contains(summary_text({report, later}), "(replaced by two.auto)\n"));
 }
 
 TEST_CASE("a script of the current settings makes the same argument files") {
@@ -80,6 +86,17 @@ TEST_CASE("a script of the current settings makes the same argument files") {
   REQUIRE(replayed.result == StageResult::done);
   CHECK(arguments() == before);
   CHECK(replayed.build.command == by_hand.command);
+}
+
+TEST_CASE("a blank image name means that of the map; what was kept back is in the report") {
+  Automat test;
+  test.set("image-named-after-map=0; image-name=Other");
+  const AutoReport report = test.run(
+      test.script("<mapname>Alps</mapname>\n<gmapsupp>yes</gmapsupp>\n<gmapsupp_name></gmapsupp_name>\n"));
+  REQUIRE(report.result == StageResult::done);
+  CHECK(report.build.image == test.home / "images" + platform::separator + "Alps.img");
+  CHECK(test.heard(report, "Copied as '" + report.build.image + "'"));
+  CHECK(test.workspace.settings.image_name == "Other");
 }
 
 TEST_CASE("nothing is started for a script with a mistake, and no later stage behind a bad one") {

@@ -105,6 +105,18 @@ TEST_CASE("a new script holds the settings, and unknown lines of the template") 
   CHECK(contains(newscrpt("<option></option>", settings), "<option></option>"));
 }
 
+TEST_CASE("the heap of Java in its options, in megabytes") {
+  const std::vector<std::pair<std::string, std::string>> cases = {
+      {"-Xmx2g -Xms1g", "2048"},  {"-ea -Xmx1500m", "1500"},
+      {"-Xmx1048576K", "1024"},   {"1500", "1500"},
+      {"-Xmx2147483648", "2048"}, {"-ea", ""},
+      {"-Xmxlots", ""},           {"", ""}};
+  for (const auto& [options, megabytes] : cases)
+    CHECK_MESSAGE(heap_megabytes(options) == megabytes, options);
+  CHECK(with_heap("-ea -Xmx2g -Xms1g", "900") == "-Xmx900m -ea -Xms1g");
+  CHECK(with_heap("2000", "900") == "-Xmx900m");
+}
+
 TEST_CASE("a tag is put on a line of its own") {
   CHECK(insert_tag("", 0, "<fid></fid>").text == "<fid></fid>");
   CHECK(insert_tag("ab", 1, "<x>").text == "a\r\n<x>\r\nb");

@@ -1,5 +1,8 @@
+#include <filesystem>
+
 #include "base/files.hpp"
 #include "cli/cli_run.hpp"
+#include "styletools/typ_file_bytes.hpp"
 #include "support/temp_folder.hpp"
 
 using namespace ferrowen;
@@ -52,4 +55,29 @@ TEST_CASE("doctor: a style by its name, and what cannot be read") {
             .told(2, "Can't find TYP file. Please select."));
   CHECK(run_cli_in(home.path(), {"doctor", "mine", "--typ", no_typ}).told(2, "no.typ"));
   CHECK(run_cli({"doctor", "mine", "--check", "roads"}).status == 2);
+}
+
+TEST_CASE("doctor: what was not looked at has not passed") {
+  const test::TempFolder folder;
+  const std::string lines = folder.write("one/lines", "a=b [0x01]\n");
+  const std::string style = folder / "one";
+  std::string bytes = test::typ_file_bytes();
+  test::set_number(bytes, 0x15, 12345, 2);
+  const std::string damaged = folder.write("damaged.typ", bytes);
+  const test::CliResult points = run_cli({"doctor", style, "--check", "places"});
+  CHECK(points.told(2, "has nothing to look at"));
+  CHECK_FALSE(contains(points.error, "No issues found."));
+  folder.write("one/points", "a=b [0x2a00]\n");
+  CHECK(run_cli({"doctor", style, "--check", "road-class", "--kind", "points"}).told(2, "for lines alone"));
+  // The TYP file matters to its own check alone.
+  const test::CliResult other = run_cli({"doctor", style, "--check", "style", "--typ", folder / "gone.typ"});
+  CHECK(other.told(0, "The style has no rules for polygons."));
+  CHECK_FALSE(contains(run_cli({"doctor", style, "--check", "style"}).error, "--typ"));
+  const test::CliResult typ = run_cli({"doctor", style, "--check", "typ", "--typ", damaged});
+  CHECK(typ.status == 1);
+  CHECK(typ.output.starts_with("error: [typ] Check: TYP file, byte 21: the code page 12345"));
+  std::filesystem::resize_file(platform::file_system_path(lines), (64ULL << 20U) + 1);
+  CHECK(run_cli({"doctor", style, "--check", "unused"}).told(2, lines));
+  CHECK(run_cli_in(folder.path(), {"typ", "new", folder / "gone", "-o", folder / "x.txt"})
+            .told(2, "Cannot locate style."));
 }

@@ -1,5 +1,7 @@
 #include <doctest/doctest.h>
 
+#include <filesystem>
+
 #include "base/files.hpp"
 #include "cli_run.hpp"
 #include "support/stand_in.hpp"
@@ -82,5 +84,22 @@ TEST_CASE("contours, unzip and merge refuse what cannot work") {
     CHECK(result.told(row.status, row.text));
   }
 }
+
+#ifndef _WIN32
+TEST_CASE("contours that are made in part end with a status of their own") {
+  const Area area;
+  const std::string tool = area.home.write("tool",
+                                           "#!/bin/sh\nfor word; do case $word in --Outfile=*) printf "
+                                           "'<osm></osm>' >\"${word#*=}\";; esac; done\n");
+  std::filesystem::permissions(tool, std::filesystem::perms::owner_all);
+  REQUIRE(area.run({"settings", "set", "contour-tool=" + tool}).status == 0);
+  area.home.write("h/N46E009.hgt", std::string(2884802, '\0'));
+  const CliResult part = area.run({"contours", "make", "N46E009", "N47E009", "--json"});
+  CHECK(part.status == 1);
+  CHECK(part.json().at("missing") == nlohmann::json::array({"N47E009.hgt"}));
+  CHECK(part.json().at("files").size() == 1);
+  CHECK(area.run({"contours", "make", "N46E009", "--overwrite"}).status == 0);
+}
+#endif
 
 }  // namespace ferrowen::test

@@ -1,9 +1,9 @@
 #include <doctest/doctest.h>
 
+#include "app/run_settings.hpp"
 #include "app/start_up.hpp"
 #include "base/files.hpp"
 #include "cli/run_options.hpp"
-#include "app/run_settings.hpp"
 #include "platform/paths.hpp"
 #include "support/temp_folder.hpp"
 

@@ -119,8 +119,9 @@ TEST_CASE("clips are judged by what is there, and old ones come back") {
   workspace.tiles = two_tiles(true, true);
   workspace.land_list = "N46W007 N45W006";
   stage.set("clip-folder-1={home}/clips; hgt-folder-1={home}/h");
-  for (const char* name : {"h/N46W007.osm", "h/N45W006.osm", "clips/N45W006clp.pbf"})
-    stage.home.write(name, "old");
+  for (const char* name : {"h/N46W007.osm", "h/N45W006.osm"})
+    stage.home.write(name, "<osm></osm>");
+  stage.home.write("clips/N45W006clp.pbf", "old");
   stage.prompts.default_answer = Answer::yes;
   SUBCASE("all good") {
     write_converter(stage, "echo new >\"$out\"; chmod 600 \"$out\"");
@@ -141,7 +142,9 @@ TEST_CASE("clips are judged by what is there, and old ones come back") {
     CHECK(workspace.tiles[0].selected);
     REQUIRE(stage.prompts.tells().size() == 1);
     CHECK(stage.prompts.tells()[0].starts_with("Clipped contours missing:\r\n" +
-                                               (stage.home / "clips/N45W006clp.pbf")));
+                                               (stage.home / "clips/N45W006clp.pbf") +
+                                               "\r\n\r\nosmconvert has failed."));
+    CHECK_FALSE(contains(stage.prompts.tells()[0], "Folder Is Protected"));
     CHECK(read_whole_file(stage.home / "clips/N45W006clp.pbf") == "old");
     CHECK_FALSE(file_exists(stage.home / "clips/N45W006clp.pbf.before"));
   }

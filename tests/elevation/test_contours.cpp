@@ -46,6 +46,14 @@ TEST_CASE("contours.cmd to the letter") {
   const std::string shell = render(contour_script(script, Dialect::shell).value, Dialect::shell).value;
   CHECK(contains(shell, "\"/opt/con tours\" --HgtPath=. --Lat=-7 --Lon=46" + options +
                             " --OutputOverwrite=True  --Outfile=N46W007.osm\n"));
+  script.jobs.assign(3, {"/h/N46W007.hgt"});
+  script.at_once = 2;
+  Texts ends;
+  for (const std::string& one :
+       split_lines(render(contour_script(script, Dialect::shell).value, Dialect::shell).value))
+    if (one == "wait" || one.ends_with(".osm &")) ends.push_back(one.substr(one.size() - 1));
+  CHECK(join_texts(ends, "") == "&&t&t");
+  CHECK_FALSE(contains(render(contour_script(script, Dialect::batch).value, Dialect::batch).value, "wait"));
   if (platform::separator == '/')
     CHECK(contains(shell, "Pathname=\"/h \\$x\"\ncd -- \"$Pathname\" || exit 1\n"));
 }
@@ -79,7 +87,8 @@ TEST_CASE("interval and tolerance live in the stored options of the tool") {
 TEST_CASE("contour generation checks everything before it touches anything") {
   test::StandIn stage("h \u00fc");
   const std::string cell = stage.home.write("h/N46W007.hgt", heights());
-  stage.home.write("h/N46W007.osm", "old");
+  const std::string old = "<osm>old</osm>";
+  stage.home.write("h/N46W007.osm.before", old);  // of a run that was killed
   const std::string gone = stage.home / "h/N47W007.hgt";
   stage.home.write("h/N48W007.hgt", "short");
   const auto refusal = [&](const Texts& files, long interval = 20) {
@@ -104,7 +113,7 @@ TEST_CASE("contour generation checks everything before it touches anything") {
                                      (stage.home / "h/N46W007.osm") + "\r\nFile(s) exist. Tick 'overwrite' ");
   CHECK(refusal({stage.home / "h/N48W007.hgt"}) ==
         (stage.home / "h/N48W007.hgt") + " has 5 bytes; heights have 2884802 or 25934402.\r\n");
-  CHECK(read_whole_file(stage.home / "h/N46W007.osm") == "old");
+  CHECK(read_whole_file(stage.home / "h/N46W007.osm") == old);
   CHECK_FALSE(file_exists(stage.home / "contours.cmd"));
   CHECK_FALSE(file_exists(stage.home / "contours.sh"));
 }
@@ -134,7 +143,16 @@ TEST_CASE("contour files are judged by their end, and old ones come back") {
   request.height_files.pop_back();
   request.overwrite = false;
   request.copy_to_work_folder = true;
+  // What cannot be used is left out and told; the others are made.
+  request.height_files.push_back(stage.home.write("h/N48W007.hgt", "short"));
+  request.height_files.push_back(stage.home / "h/N49W007.hgt");
+  stage.home.write("h/n45w007.hgt", heights());
+  request.height_files.push_back(stage.home / "h/N45W007.hgt");
+  stage.prompts.answers = {Answer::no};
   report = make_contours(stage.workspace, stage.prompts, stage.progress, request);
+  CHECK(report.result == StageResult::done);
+  CHECK(report.missing == Texts{"N49W007.hgt", "N45W007.hgt", "N48W007.hgt"});
+  CHECK(contains(join_texts(stage.prompts.asks(), ""), "n45w007.hgt --> N45W007.hgt"));
   CHECK(report.files == Texts{stage.home / "work/N46W007.osm"});
   CHECK(file_exists(stage.home / "work/contours.sh"));
 }
@@ -146,13 +164,13 @@ TEST_CASE("the contours that a selection still needs") {
   stage.workspace.land_list = "N46W007 N47W007";
   stage.set("hgt-folder-1={home}/h");
   CHECK_FALSE(chkcontours(stage.workspace, stage.prompts));
-  stage.home.write("h/N46W007.osm", "x");
+  stage.home.write("h/N46W007.osm", "<osm></osm>");
+  stage.home.write("h/N47W007.osm", "<osm>cut o");
   stage.home.write("h/N47W007.zip", "x");
   CHECK_FALSE(chkcontours(stage.workspace, stage.prompts));
-  stage.home.write("h/N47W007.osm", "x");
+  stage.home.write("h/N47W007.osm", "<osm></osm>\n");
   CHECK(chkcontours(stage.workspace, stage.prompts));
-  CHECK(stage.prompts.tells() == Texts{"Can't find HGT files",
-                                       "Missing:\r\n" + (stage.home / "h/N47W007.zip") + "\r\n1 contour(s)",
+  CHECK(stage.prompts.tells() == Texts{"Can't find HGT files", "Missing:\r\nN47W007.osm\r\n1 contour(s)",
                                        "All required contours have been created."});
 }
 

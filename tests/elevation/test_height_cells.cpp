@@ -61,7 +61,15 @@ TEST_CASE("every cell is looked at before a DEM is built") {
     stage.home.write("h/N46E010.hgt.zip", "");
     CHECK_FALSE(check_dem_cells(stage.workspace, stage.prompts));
     CHECK(stage.prompts.tells().back() ==
-          "No HGT!\r\nN47E009.hgt\r\nN47E010.hgt\r\nN46E009.hgt\r\nN46E010.hgt");
+          "No HGT!\r\nN47E009.hgt\r\nN47E010.hgt\r\nN46E009.hgt\r\nN46E010.hgt\r\n"
+          "Perhaps select Auto Search in Contour/DEM,Settings");
+  }
+  SUBCASE("no folder of heights") {
+    stage.set("hgt-folder-1={home}/gone");
+    CHECK(check_dem_cells(stage.workspace, stage.prompts));  // the plan of the build stops it
+    CHECK(stage.prompts.tells() == Texts{"Cannot locate HGT files. Check Contours/Dem Settings\r\n"
+                                         "Untick DEM or Contours\r\n"
+                                         "Perhaps select Auto Search DEM/Contours,Settings"});
   }
 }
 
@@ -89,13 +97,14 @@ TEST_CASE("a cell in lower case is offered for renaming" * doctest::skip(platfor
 TEST_CASE("contour files are counted before a build") {
   Cells stage;
   check_contour_files(stage.workspace, stage.prompts);
-  stage.home.write("h/N46E009.osm", "x");
+  stage.home.write("h/N46E009.osm", "<osm></osm>");
+  stage.home.write("h/N46E010.osm", "<osm>cut o");
   check_contour_files(stage.workspace, stage.prompts);
   stage.set("clip-contours=1; clip-folder-1={home}/clips");
   check_contour_files(stage.workspace, stage.prompts);
   CHECK(stage.prompts.tells() ==
         Texts{"No contours found. Untick contours.", "Added 0 contours.",
-              "Missing OSM Contour files (3)\r\nN46E010.hgt\r\nN47E009.hgt\r\nN47E010.hgt",
+              "Missing OSM Contour files (3)\r\nN46E010.osm\r\nN47E009.osm\r\nN47E010.osm",
               "Added 1 contours",
               "Check the 5 clip folders you have specified\r\n"
               "Perhaps,select Auto Search  --> Dem/Contours,Settings.",
@@ -112,6 +121,9 @@ TEST_CASE("download help") {
   CHECK(state.summary == "4 HGT needed: 3 HGT not found: /4");
   CHECK(download_message(state, stage.workspace) ==
         "HGT files missing (3)\r\nN46E010.hgt\r\nN47E009.hgt\r\nN47E010.hgt");
+  stage.workspace.saved_selection = true;  // of no tile at all
+  CHECK(download_message(state, stage.workspace) == "Please select a Tile.");
+  stage.workspace.saved_selection = false;
   // A downloaded archive is told by what it holds, not by its name.
   const std::string archive =
       stage.home.write("down/M32.ZIP", test::archive_of({{"M32/N47E009.hgt", heights_size}}));

@@ -29,10 +29,13 @@ TEST_CASE("height cells are named after their south-west corner") {
     CHECK(hgt_name(latitude, longitude) == name);
     CHECK(is_hgt_name(name));
   }
-  for (const char* name : {"", "N46W007", "n46w007.hgt", "N91E000.hgt", "N46W181.hgt", "E46N007.hgt",
-                           "N4 W007.hgt", "N46W007.hgt ", "N046W07.hgt"}) {
+  for (const char* name :
+       {"", "N46W007", "n46w007.hgt", "N90E000.hgt", "N46W181.hgt", "N46E180.hgt", "S91E000.hgt",
+        "S00E007.hgt", "N46W000.hgt", "E46N007.hgt", "N4 W007.hgt", "N46W007.hgt ", "N046W07.hgt"}) {
     CHECK_FALSE(is_hgt_name(name));
   }
+  for (const char* name : {"N89E179.hgt", "S90W180.hgt"})
+    CHECK(is_hgt_name(name));
 }
 
 TEST_CASE("a tile's coverage") {
@@ -55,7 +58,8 @@ TEST_CASE("a tile's coverage") {
   SUBCASE("ends for corners that lie nowhere") {
     const double huge = std::numeric_limits<double>::max();
     CHECK(tile_coverage(tile({-huge, -huge}, {huge, huge}), "N46E007").size() <= 11);
-    CHECK(coverage_names(tile_coverage(tile({1e9, 7}, {2e9, 8}), "")) == Names{"N90E007.hgt", "N90E008.hgt"});
+    CHECK(tile_coverage(tile({1e9, 7}, {2e9, 8}), "").empty());
+    CHECK(touched_cells({tile({-huge, huge}, {-huge, huge})}, "") == Names{"S90E179.hgt"});
   }
 }
 
@@ -65,6 +69,16 @@ TEST_CASE("the coverage of a selection holds each cell once; none selected means
   CHECK(coverage_of_selection(tiles, "") == Names{"N47E009.hgt", "N47E010.hgt", "N46E009.hgt"});
   tiles[2].selected = true;
   CHECK(coverage_of_selection(tiles, "") == Names{"N46E009.hgt", "N47E009.hgt"});
+}
+
+TEST_CASE("the cells that tiles touch are told by their degrees") {
+  CHECK(touched_cells({tile({51.2, -0.5}, {51.4, 1.3})}, "") ==
+        Names{"N51W001.hgt", "N51E000.hgt", "N51E001.hgt"});
+  CHECK(touched_cells({tile({-0.5, -7}, {0.5, -6})}, "") == Names{"S01W007.hgt", "N00W007.hgt"});
+  TileList tiles = {tile({47, 9}, {48, 10}), tile({47.5, 9.5}, {47.6, 10.1})};
+  CHECK(touched_cells(tiles, "N47E009 N47E010") == Names{"N47E009.hgt", "N47E010.hgt"});
+  tiles[0].selected = true;
+  CHECK(touched_cells(tiles, "") == Names{"N47E009.hgt"});
 }
 
 TEST_CASE("files of cells are looked for in their folders") {
@@ -95,6 +109,15 @@ TEST_CASE("the folders in use come from the slots") {
   settings.hgt_folders = {"first", " ", folder / "third", folder / "gone", folder / "root", "relative"};
   settings.clip_folders[1] = " clips ";
   settings.clip_slot = 1;
+  Settings full = settings;
+  CHECK(use_clip_folder(full, "clips"));
+  CHECK(full.clip_slot == 1);
+  CHECK(use_clip_folder(full, "new"));
+  CHECK(current_clip_folder(full) == "new");
+  CHECK(full.clip_folders[1] == "clips");
+  for (std::string& slot : full.clip_folders)
+    slot = "taken";
+  CHECK_FALSE(use_clip_folder(full, "new"));
   CHECK(current_clip_folder(settings) == "clips");
   CHECK(searched_hgt_folders(settings) == Names{"first"});
   settings.hgt_auto_search = true;

@@ -2,6 +2,7 @@
 
 #include <doctest/doctest.h>
 
+#include <filesystem>
 #include <tuple>
 
 #include "base/files.hpp"
@@ -17,24 +18,32 @@ TEST_CASE("conv.cmd to the letter") {
       "@ECHO OFF\r\n@echo Merging 2 files.\r\n@echo .\r\n@echo .\r\n@echo .\r\n@echo Please "
       "Wait...\r\n@echo .\r\n"
       "@echo converting D:\\a.pbf\r\nC:\\osmconvert.exe D:\\a.pbf -o=C:\\w\\p1.o5m\r\n"
+      "if not \"%errorlevel%\"==\"0\" if not \"%errorlevel%\"==\"92\" if exist \"C:\\w\\p1.o5m\" del "
+      "\"C:\\w\\p1.o5m\"\r\n"
       "for %%f in (\"C:\\w\\p1.o5m\") do if \"%%~zf\"==\"0\" del \"C:\\w\\p1.o5m\"\r\n"
       "if not exist \"C:\\w\\p1.o5m\" echo D:\\a.pbf not included\r\n"
       "@echo converting D:\\b.pbf\r\nC:\\osmconvert.exe D:\\b.pbf -o=C:\\w\\p2.o5m\r\n"
+      "if not \"%errorlevel%\"==\"0\" if not \"%errorlevel%\"==\"92\" if exist \"C:\\w\\p2.o5m\" del "
+      "\"C:\\w\\p2.o5m\"\r\n"
       "for %%f in (\"C:\\w\\p2.o5m\") do if \"%%~zf\"==\"0\" del \"C:\\w\\p2.o5m\"\r\n"
       "if not exist \"C:\\w\\p2.o5m\" echo D:\\b.pbf not included\r\n"
       "set collected=\r\n"
       "if exist \"C:\\w\\p1.o5m\" set collected=%collected% \"C:\\w\\p1.o5m\"\r\n"
       "if exist \"C:\\w\\p2.o5m\" set collected=%collected% \"C:\\w\\p2.o5m\"\r\n"
       "if defined collected C:\\osmconvert.exe%collected% -o=C:\\w\\all.o5m\r\n"
+      "if not \"%errorlevel%\"==\"0\" if not \"%errorlevel%\"==\"92\" if exist \"C:\\w\\all.o5m\" del "
+      "\"C:\\w\\all.o5m\"\r\n"
       "@echo .\r\n@echo Creating:D:\\all.pbf\r\n@echo .\r\n"
       "C:\\osmconvert.exe C:\\w\\all.o5m -o=D:\\all.pbf\r\n"
+      "if not \"%errorlevel%\"==\"0\" if not \"%errorlevel%\"==\"92\" if exist \"D:\\all.pbf\" del "
+      "\"D:\\all.pbf\"\r\n"
       "if exist \"C:\\w\\p1.o5m\" del \"C:\\w\\p1.o5m\"\r\nif exist \"C:\\w\\p2.o5m\" del "
       "\"C:\\w\\p2.o5m\"\r\n"
       "if exist \"C:\\w\\all.o5m\" del \"C:\\w\\all.o5m\"\r\n"
       "if exist \"D:\\all.pbf\" echo D:\\all.pbf created.\r\n"
       "if not exist \"D:\\all.pbf\" echo Not successful D:\\all.pbf\r\n@echo .\r\n@echo .\r\npause\r\n";
   // Names are joined as this system does it.
-  CHECK(render(merge_script(script), Dialect::batch).value ==
+  CHECK(render(merge_script(script, Dialect::batch), Dialect::batch).value ==
         replace_all(text, "C:\\w\\", platform::join("C:\\w", "")));
 }
 
@@ -46,6 +55,8 @@ TEST_CASE("a list file survives both systems' writing") {
   const test::TempFolder folder("l \u00fc");
   REQUIRE(save_merge_list(folder / "x.lst", {folder / "\u00fc.pbf"}).ok());
   CHECK(load_merge_list(folder / "x.lst").value == Texts{folder / "\u00fc.pbf"});
+  folder.write("y.lst", "a b.pbf\r\n\"c.pbf\"\r\n");
+  CHECK(load_merge_list(folder / "y.lst").value == Texts{folder / "a b.pbf", folder / "c.pbf"});
   CHECK_FALSE(load_merge_list(folder / "none.lst").ok());
   CHECK_FALSE(save_merge_list(folder / "x.lst", {"a\nb"}).ok());
 }
@@ -65,7 +76,9 @@ TEST_CASE("merge refuses before it runs anything") {
   stage.set("osmconvert={home}/none");
   CHECK(refusal({one, two}, target) == "Please locate osmvonvert 32 bit");
   stage.set("osmconvert={home}/mkgmap.jar");
+  REQUIRE(make_folder(stage.home / "x.pbf").ok());
   const std::tuple<Texts, std::string, std::string> rows[] = {
+      {{one, stage.home / "x.pbf"}, target, (stage.home / "x.pbf") + " is a folder."},
       {{one, text}, target, text + " not a valid pbf"},
       {{one}, target, "Must contain at least 2 files"},
       {{}, target, "Must contain at least 2 files"},
@@ -83,3 +96,34 @@ TEST_CASE("merge refuses before it runs anything") {
   CHECK(read_whole_file(target) == "pbf");
   CHECK(merge_target("A.PBF").value == "A.pbf");
 }
+
+#ifndef _WIN32
+TEST_CASE("an input that a failed tool wrote in part is left out") {
+  test::StandIn stage("h $x");
+  const std::string tool = stage.home.write(
+      "osm convert",
+      "#!/bin/sh\nfor word; do case $word in -o=*) out=${word#-o=};; *bad*) status=2;; *turned*) status=92;; "
+      "*) cat \"$word\" >>\"$0.read\";; esac; done\necho part >\"$out\"; exit ${status:-0}\n");
+  std::filesystem::permissions(tool, std::filesystem::perms::owner_all);
+  stage.set("osmconvert={home}/osm convert");
+  const std::string bad = stage.home.write("bad.pbf", "x");
+  const std::string target = stage.home / "out.pbf";
+  const MergeReport report =
+      merg(stage.workspace, stage.prompts, stage.progress,
+           {stage.home.write("one.pbf", "x"), bad, stage.home.write("turned.pbf", "x")}, target);
+  CHECK(report.result == StageResult::done);
+  CHECK(report.left_out == Texts{bad});
+  CHECK(file_has_content(target));
+  // The last step fails too: what it wrote is no result.
+  stage.home.write("bad.out.pbf", "old");
+  stage.prompts.default_answer = Answer::yes;
+  stage.home.write("osm convert",
+                   "#!/bin/sh\nfor word; do case $word in -o=*) out=${word#-o=};; esac; done\n"
+                   "echo part >\"$out\"; case $out in *.pbf) exit 2;; esac\n");
+  const MergeReport failed =
+      merg(stage.workspace, stage.prompts, stage.progress,
+           {stage.home / "one.pbf", stage.home / "turned.pbf"}, stage.home / "bad.out.pbf");
+  CHECK(failed.result == StageResult::failed);
+  CHECK(read_whole_file(stage.home / "bad.out.pbf") == "old");
+}
+#endif

@@ -78,6 +78,15 @@ TEST_CASE("zip.cmd and its shell sister") {
         " cd /d \"D:\\h g\"\r\nC:\\PROGRA~1\\7z.exe e *.zip -y\r\npause\r\n");
   CHECK(text("/usr/bin/7zz", "/h g", Dialect::shell)
             .starts_with("#!/bin/sh\ncd -- \"/h g\" || exit 1\n/usr/bin/7zz e \"*.zip\" -y\n"));
+  const ConsoleScript both = unzip_script("/7zz", "/h", Dialect::shell, {".zip", ".ZIP"}).value;
+  CHECK(contains(render(both, Dialect::shell).value, "/7zz e \"*.ZIP\" -y\n/7zz e \"*.zip\" -y\n"));
+}
+
+TEST_CASE("archives are found whatever the case of their endings") {
+  const test::TempFolder folder;
+  for (const char* name : {"a.ZIP", "b.zip", "c.Zip", "d.zip.txt"})
+    folder.write(name, "x");
+  CHECK(zip_archives(folder.path()) == Texts{"a.ZIP", "b.zip", "c.Zip"});
 }
 
 TEST_CASE("unzip refuses before it runs anything") {

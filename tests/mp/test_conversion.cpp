@@ -201,6 +201,33 @@ TEST_CASE("bad input: a message, no file, and what lies there already stays") {
   }
 }
 
+TEST_CASE("what is good is written, and what is not is told") {
+  Desk desk;
+  const std::string good = gpx_points({{"1", "2"}, {"3", "4"}});
+  SUBCASE("a last segment without a good point") {
+    const std::string text =
+        "<gpx><trkseg>" + good + "</trkseg><trkseg><trkpt lat=\"NaN\" lon=\"1\"/></trkseg></gpx>";
+    CHECK(desk.body("s.gpx", text) == line("", "(1,2),(3,4)"));
+    CHECK(desk.last.end == ConversionEnd::stopped_by_check);
+    CHECK(desk.prompts.tells().back() == "No coordinates found");
+  }
+  SUBCASE("points whose tags are written in two ways") {
+    const std::string text = "<gpx>\n<trkseg>" + good +
+                             "\n<TRKPT lat=\"5\" lon=\"6\"/>\n<trkpt\nlat=\"7\" lon=\"8\"/></trkseg></gpx>";
+    CHECK(desk.body("s.gpx", text) == line("", "(1,2),(3,4)"));
+    REQUIRE(desk.prompts.tells().size() == 1);
+    CHECK(contains(desk.prompts.tells().front(), "s.gpx: line 5: 2 point(s) whose tags"));
+  }
+#ifndef _WIN32
+  SUBCASE("a device has no end") {
+    const std::string device = desk.home / "zero.gpx";
+    std::filesystem::create_symlink("/dev/zero", device);
+    CHECK(desk.gpx({device}).end == ConversionEnd::bad_input);
+    CHECK(desk.prompts.tells() == Texts{device + ": is no file"});
+  }
+#endif
+}
+
 TEST_CASE("several files: wrong endings are passed over, a bad file ends the conversion, names may meet") {
   Desk desk;
   const std::string good = track(gpx_points({{"1", "2"}, {"3", "4"}}));

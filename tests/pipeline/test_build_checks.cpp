@@ -56,6 +56,7 @@ TEST_CASE("each check stops the build with its message") {
       {"fid=12ab", "Please enter Family ID or click GREEN 'new' button."},
       {"fid=1.5", "Please enter Family ID or click GREEN 'new' button."},
       {"fid=70000; fid-locked=1", "Please enter Family ID or click GREEN 'new' button."},
+      {"dem=1", "Can't find coordinates for DEM. Click Split Map."},
       {"contours=1", "Can't find coordinates for contours. Click Split Map."},
       {"contours=1; clip-contours=1; clip-folder-1=/no/clip", "Clip folder (/no/clip) does not exist."},
   };
@@ -87,7 +88,7 @@ TEST_CASE("warnings and questions that a build may pass") {
       {"use-typ=1", "No TYP file selected. Continue?", "use-typ=1"},
       {"fid=70000", "Family ID between 0 and 65500. FID set to 100", "fid=100"},
       {"contours=1; clip-contours=1; clip-folder-1={home}/clips",
-       " contains no files.\r\nUse default folder?", "clip-folder-1={home}/files"},
+       " contains no files.\r\nUse default folder?", "clip-folder-2={home}/files; clip-slot=1"},
   };
   for (const Case& each : cases) {
     CAPTURE(each.assignments);

@@ -34,8 +34,10 @@ TEST_CASE("the command for a run is returned when everything it names is written
   Stage stage;
   stage.set("dem=1; contours=1; hgt-folder-1={home}/hgt");
   stage.workspace.tiles[0].selected = true;
-  for (const char* name : {"hgt/N47E009.hgt", "hgt/N47E009.osm", "hgt/N47E010.osm", "temp/areas.poly"})
+  for (const char* name : {"hgt/N47E009.hgt", "temp/areas.poly"})
     stage.home.write(name, "x");
+  for (const char* name : {"hgt/N47E009.osm", "hgt/N47E010.osm"})
+    stage.home.write(name, "<osm></osm>");
   stage.home.write("hgt_land", "N47E009\nN47E010\n");
   const std::string line = createselectedarg(stage.workspace, stage.prompts, stage.plan);
   CHECK(stage.prompts.said.empty());

@@ -19,6 +19,7 @@ TEST_CASE("files are judged first, then the tool's words, then its status") {
   const std::vector<ResultFile> whole = {{"a.img", 10, true}, {"b.img", 20, true}};
   const Case cases[] = {
       {Verdict::good, 0, whole, "SEVERE (RoundaboutCheck): x\nNumber of MapFailedExceptions: 0\n"},
+      {Verdict::good, 0, whole, "", "SEVERE (LineSizeSplitterFilter): a.img: long line\n"},
       {Verdict::good, 0, whole, "note: SEVERE (x)\n"},
       {Verdict::good, 0, whole, "", "uk.me.parabola.mkgmap INFO x\n"},
       {Verdict::incomplete, 0, {{"a.img", 10, true}, {"empty.img", 0, true}}},

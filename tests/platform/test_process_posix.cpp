@@ -51,6 +51,22 @@ TEST_CASE("a child that does not want to end is killed") {
   CHECK(child.wait() == 128 + SIGKILL);
 }
 
+#ifdef __linux__
+TEST_CASE("the group of a child is ended as a left-over only when its parent is gone") {
+  const std::string commands = "trap 'exit 3' TERM; echo ready; while :; do sleep 0.1; done";
+  ChildProcess child;
+  REQUIRE(child.start(shell(commands)) == StartResult::started);
+  REQUIRE(reads(child, "ready\n"));
+  CHECK_FALSE(end_orphaned_group(child.id(), own_process_id(), commands, 100));  // the parent is here
+  CHECK_FALSE(end_orphaned_group(child.id(), child.id(), "another script", 100));
+  CHECK_FALSE(end_orphaned_group(own_process_id(), child.id(), "", 100));
+  CHECK_FALSE(child.poll_exit());
+  // As if another process had started it.
+  CHECK(end_orphaned_group(child.id(), child.id(), commands, 300));
+  CHECK(child.wait() == 3);
+}
+#endif
+
 TEST_CASE("the reasons of a start that fails are told apart") {
   const ferrowen::test::TempFolder folder("reasons");
   const std::string broken = folder.write("broken",

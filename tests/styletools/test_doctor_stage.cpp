@@ -55,7 +55,7 @@ TEST_CASE("exports ask before they overwrite, and have nothing to write without 
   DoctorRow row;
   row.finding = "Check";
   report.add(row);
-  prompts.chosen = {std::nullopt, old, old, folder / "new.txt"};
+  prompts.chosen = {std::nullopt, old, old, folder / "new"};
   prompts.answers = {Answer::no, Answer::yes};
   CHECK_FALSE(export_report(report, ReportFormat::csv, prompts));
   CHECK_FALSE(export_report(report, ReportFormat::csv, prompts));
@@ -66,6 +66,7 @@ TEST_CASE("exports ask before they overwrite, and have nothing to write without 
   CHECK(read_whole_file(folder / "new.txt") == "\t\tCheck\t\r\n");
   CHECK(prompts.asks() == Texts{"Overwrite?", "Overwrite?"});
   CHECK(prompts.file_questions[0].filters[0].name == "Comma Delimiter (csv)");
+  CHECK_FALSE(prompts.file_questions[0].confirms);
   CHECK(prompts.file_questions[3].proposal == "untitled.txt");
 }
 

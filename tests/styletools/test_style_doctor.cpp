@@ -85,11 +85,13 @@ TEST_CASE("REPORT of polygons: draw order and transparency") {
   };
   CHECK(has("#|Polygons|In Style|3) Wood (transparent)  draworder below 5"));
   CHECK(has("#|Polygons|In Style|Lake"));
-  CHECK(has("*|Polygons|Polygon|No draworder 0x2"));
-  CHECK(has("-|Polygons|Polygon|No draworder 0x4C"));
+  CHECK(has("*|Polygons|Polygon|No draworder 0x02"));
+  CHECK(has("-|Polygons|Polygon|No draworder 0x4c"));
   CHECK(has("--------|Polygons|NOT in STYLE|4) Park"));
   CHECK(has("--------|Polygons|NOT in STYLE|5) Car (transparent) "));
   CHECK(chk_typstl(style, typ).issues == 1);
+  const TypFile extended = typ_of(RuleKind::polygons, {drawn(0x10f, "Extended")});
+  CHECK(contains(report_text(chk_typstl(style, extended)), "No draworder 0x10f00\r\n"));
 }
 
 TEST_CASE("ROAD CLASS: each suggestion, only where the class does not fit") {
@@ -259,6 +261,44 @@ TEST_CASE("Style Check: a rule is lost only when it is certain") {
       if (row.weight == Weight::error || row.finding.starts_with("Tag deleted")) ++found;
     CHECK(found == (lost ? 1 : 0));
   }
+}
+
+TEST_CASE("Style Check: many rules with the same first test hide none that is lost") {
+  std::string general = "highway=x [0x01]\n";
+  std::string special = "highway=x & a!=1 [0x01]\n";
+  for (int number = 0; number < 70; ++number) {
+    general += "highway=x & n!=" + std::to_string(number) + " [0x02]\n";
+    special += "highway=x & c!=2 & n!=" + std::to_string(number) + " [0x02]\n";
+  }
+  for (const std::string& text : {general + "highway=x & z=1 [0x03]", special + "highway=x & a=5 [0x03]"}) {
+    const std::vector<DoctorRow> rows = parse(style_of(text)).rows;
+    const auto lost = std::find_if(rows.begin(), rows.end(), [](const DoctorRow& row) {
+      return row.line == 72 && row.finding == "Not rendered";
+    });
+    REQUIRE(lost != rows.end());
+    CHECK(lost->other_place == "lines:1");
+  }
+}
+
+TEST_CASE("a rule file that could not be read passes no check") {
+  const LoadedStyle style = style_of("\xFF\xFEno text");
+  const TypFile typ = typ_of(RuleKind::lines, {drawn(1, "Road")});
+  for (const DoctorCheck check : doctor_checks)
+    CHECK(rows_of(run_check(check, style, &typ)) ==
+          Texts{"***|Lines|Check|This text is in UTF-16; mkgmap reads UTF-8."});
+  CHECK(whole_report({style}, typ).issues == 1);
+}
+
+TEST_CASE("damage of the TYP file stands at the head of the report") {
+  TypFile typ = typ_of(RuleKind::lines, {drawn(1, "Road")});
+  CHECK(typ_damage(typ).rows.empty());
+  for (std::size_t offset = 0; offset < 25; ++offset)
+    typ.findings.push_back({offset, "damaged"});
+  const std::vector<LoadedStyle> kinds{style_of("a=b [0x01]")};
+  const Texts rows = rows_of(whole_report(kinds, typ));
+  CHECK(rows.front() == "***||Check|TYP file, byte 0: damaged");
+  CHECK(rows.at(20) == "***||Check|TYP file, 5 more findings");
+  CHECK(std::count(rows.begin(), rows.end(), "  |Lines|No Issues found|") == 0);
 }
 
 TEST_CASE("rules are judged where mkgmap meets them: included ones where their include line stands") {

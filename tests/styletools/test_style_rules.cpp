@@ -144,6 +144,10 @@ TEST_CASE("missing includes and loops are problems at their line") {
         std::vector<std::string>{"0:3 The included file 'inc/no' is missing."});
   CHECK(problems_of(style_of("include 'lines';", {{"lines", "include 'lines';"}})) ==
         std::vector<std::string>{"0:1 'lines' includes itself."});
+  CHECK(problems_of(style_of("include 'a")) ==
+        std::vector<std::string>{"0:1 The quote of this include line is never closed."});
+  CHECK(problems_of(style_of("a=b [0x01]\ninclude '';")) ==
+        std::vector<std::string>{"0:2 This include line names no file."});
   const StyleText loop = style_of("include 'a';", {{"a", "\ninclude 'b';"}, {"b", "include 'a';\n"}});
   CHECK(problems_of(loop) == std::vector<std::string>{"2:1 'a' includes itself."});
   CHECK(loop.files.size() == 3);
@@ -159,6 +163,10 @@ TEST_CASE("bytes that are no style are read without harm") {
   CHECK(old.lines.size() == 3);
   CHECK(problems_of(old).size() == 1);
   CHECK(problems_of(style_of(std::string("a\0b\n\xFF\xFE[0x", 9))).size() == 1);
+  CHECK(problems_of(style_of(std::string("\xFF\xFE"
+                                         "a\0=\0b\0",
+                                         8))) ==
+        std::vector<std::string>{"0:0 This text is in UTF-16; mkgmap reads UTF-8."});
   const std::string blanks(1U << 20U, ' ');
   const StyleRules rules = rules_of("a=b" + blanks + "[0x01]\n" + std::string(1U << 20U, '[') + "\n[0x02]");
   CHECK(rules.rules.front().key == "00100");

@@ -163,6 +163,30 @@ TEST_CASE("TYP generator: messages in their order, own icons") {
   CHECK_FALSE(append_(folder / "none/temp.txt", *sheet).ok());
 }
 
+TEST_CASE("TYP generator: however much is wrong with a style is one message") {
+  const TempFolder folder;
+  std::string includes;
+  for (int number = 0; number < 30; ++number)
+    includes += "include 'no" + std::to_string(number) + "';\n";
+  for (const char* name : {"lines", "points", "polygons"})
+    write(folder / name, includes + "a=b [0x02 level 2]\n");
+  SheetRequest request;
+  request.style = {folder.path(), ""};
+  FakePrompts prompts;
+  REQUIRE(create_sheet(request, prompts).has_value());
+  REQUIRE(prompts.tells().size() == 1);
+  CHECK(split_lines(prompts.tells().front()).size() == 21);
+  CHECK(prompts.tells().front().ends_with("\r\n70 more"));
+}
+
+TEST_CASE("TYP compiler: scratch files are new ones") {
+  const Result<std::string> one = scratch_path(".typ");
+  REQUIRE(one.ok());
+  CHECK(one.value.ends_with(".typ"));
+  CHECK_FALSE(file_exists(one.value));
+  CHECK(one.value != scratch_path(".typ").value);
+}
+
 TEST_CASE("TYP compiler: its message with line and section") {
   const std::string text =
       "[_id]\r\nFID=1\r\n[End]\r\n[_polygon]\r\nType=0x04\r\nExtendedLabels=N\r\n[end]\r\n";

@@ -92,6 +92,23 @@ TEST_CASE("TYP text leaves in its code page or not at all") {
   CHECK(encode_typ_text("\xD0\x94", 1251).value == "\xC4");
 }
 
+TEST_CASE("TYP export: a label that cannot be read costs that label alone") {
+  const TempFolder folder;
+  TypFile typ = sample();
+  typ.definitions[0][1].labels[0].text = "A\xEF\xBF\xBD";
+  FakePrompts prompts;
+  REQUIRE(export_editor_files(typ, folder / "mine.tvkx", prompts));
+  const std::string text = read_whole_file(folder / "mine_polygons.tvkx");
+  CHECK(contains(text, "String1=0x4,A?\r\nString2=0x1,For\xEAt\r\n"));
+  CHECK(contains(text, "code page\r\n[_polygon]\r\nType=0x50\r\n"));
+  REQUIRE(prompts.tells().size() == 1);
+  CHECK(prompts.tells().front().starts_with("1 types have labels"));
+  typ.code_page = 12345;
+  CHECK(contains(typ_text(typ), "CodePage=65001\r\n"));
+  CHECK(text_losses(typ).size() == 2);
+  CHECK(encode_typ_text(typ_text(typ), text_code_page(typ)).ok());
+}
+
 TEST_CASE("TYP export: table and editor files") {
   const std::string csv = typ_csv(sample());
   CHECK(contains(

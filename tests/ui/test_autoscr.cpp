@@ -69,19 +69,20 @@ void TestAutoscr::editor_marks_saves_and_deletes() {
   Q_EMIT tags->itemClicked(tags->findItems(QStringLiteral("<option></option>"), Qt::MatchExactly).front());
   QCOMPARE(text->textCursor().block().text(), QStringLiteral("<option></option>"));
   QCOMPARE(window.windowTitle(), QStringLiteral("Auto Script untitled.autoX"));
-  QTest::keyClicks(text, QStringLiteral("\r<mapid>12</mapid>"));
-  QTRY_VERIFY(problems->item(0)->text().contains(QStringLiteral("is no map ID: 8 digits are needed.")));
+  QTest::keyClick(text, Qt::Key_Return);
+  QTest::keyClicks(text, QStringLiteral("<bogus>12</bogus>"));
+  QTRY_VERIFY(problems->item(0)->text().contains(QStringLiteral("Unknown tag: '<bogus>'")));
   QCOMPARE(static_cast<int>(text->extraSelections().size()), 1);
   text->moveCursor(QTextCursor::Start);
   Q_EMIT problems->itemClicked(problems->item(0));
-  QCOMPARE(text->textCursor().block().text(), QStringLiteral("<mapid>12</mapid>"));
+  QCOMPARE(text->textCursor().block().text(), QStringLiteral("<bogus>12</bogus>"));
 
   // Saving names the mistakes first; then a name without its ending, and one that is there.
   const auto save = [&] { find<QAction>(window, "script_save")->trigger(); };
   desk.prompts.answers = {Answer::no};
   save();
   QVERIFY(desk.prompts.said.back().text.ends_with("Continue anyway?"));
-  text->setPlainText(text->toPlainText().remove(QStringLiteral("<mapid>12</mapid>")));
+  text->setPlainText(text->toPlainText().remove(QStringLiteral("<bogus>12</bogus>")));
   desk.prompts.chosen = {desk.path("scripts/mine")};
   save();
   QVERIFY(file_exists(desk.path("scripts/mine.auto")));
@@ -103,6 +104,16 @@ void TestAutoscr::editor_marks_saves_and_deletes() {
   desk.prompts.answers = {Answer::no};
   find<QAction>(window, "script_new")->trigger();
   QCOMPARE(to_qt(desk.prompts.said.back().text), QStringLiteral("Save data?"));
+
+  // A new script is not the file that has its name already.
+  const std::string untitled = desk.write("scripts/untitled.auto", "<ferrowen>\r\n</ferrowen>\r\n");
+  find<QAction>(window, "script_delete")->trigger();
+  desk.prompts.chosen = {untitled};
+  desk.prompts.answers = {Answer::cancel};
+  save();
+  QCOMPARE(to_qt(desk.prompts.said.back().text),
+           QStringLiteral("File exists:untitled.auto\r\n\r\nOverwrite?"));
+  QCOMPARE(read_whole_file(untitled), std::string("<ferrowen>\r\n</ferrowen>\r\n"));
 
   window.open_script(to_qt(desk.path("scripts/mine.auto")));
   desk.prompts.answers = {Answer::yes};

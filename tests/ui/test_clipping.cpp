@@ -113,6 +113,12 @@ void TestClipping::contours_are_clipped() {
   QVERIFY(file_has_content(desk.path("clips/N46E009clp.pbf")));
   QCOMPARE(label->text(), QStringLiteral("Existing Clipped Contours: 3/3"));
   QVERIFY(!desk.workspace().tiles[0].selected);
+  desk.workspace().tiles[0].selected = true;
+  desk.prompts.forget();
+  desk.prompts.answers = {Answer::yes};
+  desk.press("clip1tile");
+  QCOMPARE(desk.prompts.texts(), (Texts{"Path : " + desk.path("clips") + "\r\nClip file(s)?"}));
+  QVERIFY(desk.workspace().tiles[0].selected);
   QVERIFY(!desk.window->busy());
   desk.close();
 }

@@ -60,6 +60,14 @@ void TestContours::folders_are_chosen_and_kept() {
   QCOMPARE(settings.clip_slot, 2);
   QCOMPARE(settings.clip_folders[2], desk.path("clips"));
   QVERIFY(read_whole_file(desk.path("ferrow6.dat")).find("clips") != std::string::npos);
+  // The program's own folder takes a free slot; what stands in the others stays.
+  ui::contours again(desk.workspace, desk.prompts);
+  ToolDesk::show(again);
+  ToolDesk::find<QRadioButton>(again, "Option2_default")->click();
+  ToolDesk::click(again, "contours_ok");
+  QCOMPARE(settings.clip_slot, 0);
+  QCOMPARE(settings.clip_folders[0], desk.workspace.path("files"));
+  QCOMPARE(settings.clip_folders[2], desk.path("clips"));
   QVERIFY(desk.prompts.unexpected.empty());
 }
 

@@ -136,6 +136,7 @@ class TestDoctor : public QObject {
   void drawings_are_shown_by_day_and_by_night();
   void the_list_is_filtered_sorted_and_counted();
   void checks_of_the_other_kinds();
+  void the_report_is_of_what_is_chosen();
   void texts_types_and_tags_are_found();
   void reports_are_saved_and_shown();
   void what_is_missing_is_told();
@@ -198,6 +199,30 @@ void TestDoctor::checks_of_the_other_kinds() {
   QVERIFY(opened.rows().contains(QStringLiteral("RESOLUTION 22|")));
 }
 
+void TestDoctor::the_report_is_of_what_is_chosen() {
+  Opened opened;
+  const auto* types = opened.find<QTreeWidget>("doctor_typ_list");
+  QCOMPARE(types->topLevelItemCount(), 1);
+  QCOMPARE(types->topLevelItem(0)->text(3), QStringLiteral("0x01"));
+  QCOMPARE(types->topLevelItem(0)->text(5), QStringLiteral("1"));
+  opened.click("doctor_check_typ");
+  QVERIFY(!opened.rows().isEmpty());
+  // A box that was emptied: the earlier file is not compared with any more.
+  opened.find<QLineEdit>("doctor_typ")->clear();
+  QCOMPARE(types->topLevelItemCount(), 0);
+  opened.click("doctor_all");
+  for (const QString& row : opened.rows())
+    QVERIFY2(!row.startsWith(QStringLiteral("Not in TYP")), qPrintable(row));
+  std::string bytes = small_typ();
+  bytes[0x15] = bytes[0x16] = '\x11';
+  opened.find<QLineEdit>("doctor_typ")->setText(to_qt(opened.write("damaged.typ", bytes)));
+  opened.click("doctor_check_typ");
+  QVERIFY(opened.rows().first().startsWith(QStringLiteral("Check|")));
+  QVERIFY(opened.prompts.said.back().text.find("byte 21: the code page 4369") != std::string::npos);
+  opened.find<QComboBox>("doctor_style")->setCurrentText(QStringLiteral("empty"));
+  QVERIFY(opened.rows().isEmpty());
+}
+
 void TestDoctor::texts_types_and_tags_are_found() {
   Opened opened;
   opened.click("doctor_search_next");
@@ -205,6 +230,12 @@ void TestDoctor::texts_types_and_tags_are_found() {
   QTest::keyClicks(opened.find<QLineEdit>("doctor_search"), QStringLiteral("INCLUDED"));
   QTest::keyClick(opened.find<QLineEdit>("doctor_search"), Qt::Key_Return);
   QCOMPARE(opened.highlighted(), QStringLiteral("# included"));
+  opened.find<QPlainTextEdit>("Text1")->moveCursor(QTextCursor::Start);
+  opened.find<QLineEdit>("doctor_search")->setText(QStringLiteral("natural=w"));
+  opened.click("doctor_search_next");
+  QCOMPARE(opened.highlighted(), QStringLiteral("natural=wood [0x01 resolution 20]"));
+  opened.click("doctor_search_next");
+  QCOMPARE(opened.highlighted(), QStringLiteral("natural=water [0x02]"));
   auto* types = opened.find<QComboBox>("Combo3");
   QCOMPARE(types->itemText(types->count() - 1), QStringLiteral("see types"));
   types->setCurrentIndex(types->findText(QStringLiteral("00200")));

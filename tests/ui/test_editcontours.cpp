@@ -100,6 +100,20 @@ void TestEditContours::contours_are_made() {
   ToolDesk::find<QCheckBox>(window, "Check1")->click();
   ToolDesk::click(window, "Command7");
   QVERIFY(read_whole_file(desk.path("h g/N46E009.osm")).find("--OutputOverwrite=True") != std::string::npos);
+  // What is typed is kept without a run too, as long as it makes sense.
+  ToolDesk::type(window, "Text1", QStringLiteral("40"));
+  window.reject();
+  QVERIFY(desk.workspace.settings.contour_options.find("MinorDistance=40") != std::string::npos);
+  QVERIFY(read_whole_file(desk.path("ferrow6.dat")).find("MinorDistance=40") != std::string::npos);
+  desk.workspace.settings.hgt_folders[0] = desk.path("gone");
+  desk.workspace.settings.hgt_folder.clear();
+  desk.prompts.forget();
+  ui::editcontours lost(desk.workspace, desk.prompts);
+  ToolDesk::show(lost);
+  QTRY_VERIFY(desk.prompts.has("Can't locate HGT folder. Click on a Tile with HGT files"));
+  ToolDesk::type(lost, "Text1", QStringLiteral("4"));
+  lost.reject();
+  QVERIFY(desk.workspace.settings.contour_options.find("MinorDistance=40") != std::string::npos);
 }
 
 void TestEditContours::a_run_can_be_stopped() {

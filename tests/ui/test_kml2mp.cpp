@@ -28,12 +28,12 @@ void TestKml2mp::places_and_paths() {
   test::ConverterDesk<ui::kml2mp> desk;
   desk.add(desk.write("places.kml", places));
   auto* coordinates = desk.find<QPlainTextEdit>("Text5");
-  QCOMPARE(coordinates->toPlainText(), QStringLiteral("(46,7),(47,8),(46.5,9)"));
+  QCOMPARE(coordinates->toPlainText(), QStringLiteral("7,46 8,47\n9,46.5"));
   QVERIFY(desk.prompts.said.empty());  // a look at a file says nothing
   QSignalSpy shown(desk.window.get(), &ui::ConverterWindow::preview_shown);
   desk.tick("Check2");
   QVERIFY(shown.wait());
-  QVERIFY(coordinates->toPlainText().startsWith(QStringLiteral("(46.2,7.1)\n")));
+  QVERIFY(coordinates->toPlainText().startsWith(QStringLiteral("7.1,46.2,0\n")));
   QTest::keyClicks(desk.find<QLineEdit>("Text4"), QStringLiteral("Mine"));
   desk.type("Text1", "zz");
   desk.press("mp_convert");

@@ -120,10 +120,19 @@ void TypWindows::mkgmap_judges_the_text() {
            qPrintable(desk.state()));
   QVERIFY(desk.find<QPlainTextEdit>("typ_text")->textCursor().blockNumber() > 0);
   QVERIFY(desk.find<QPlainTextEdit>("typ_text")->isVisible());
+  QVERIFY(desk.state().contains(QStringLiteral("1 polygons have no colour")));
   desk.find<QCheckBox>("typ_complete")->click();
+  desk.write("typcheck.txt", "mine");
+  desk.write("sheet.txt.check", "mine");
+  desk.prompts.chosen.emplace_back(desk.workspace.path("sheet"));
+  desk.click("typ_save_as");
+  QCOMPARE(desk.state(),
+           to_qt(desk.workspace.path("sheet.txt")) + QStringLiteral("\nmkgmap accepts this text."));
+  QCOMPARE(read_whole_file(desk.workspace.path("sheet.txt.check")), std::string("mine"));
+  desk.prompts.forget();
   desk.click("typ_check");
   QCOMPARE(desk.state(), QStringLiteral("mkgmap accepts this text."));
-  QVERIFY(!file_exists(desk.workspace.path("typcheck.txt")));
+  QCOMPARE(read_whole_file(desk.workspace.path("typcheck.txt")), std::string("mine"));
   QVERIFY(desk.prompts.texts().empty());
 }
 

@@ -10,6 +10,9 @@
 #include <cerrno>
 #include <chrono>
 #include <csignal>
+#include <fstream>
+#include <iterator>
+#include <sstream>
 #include <thread>
 
 #include "platform/error_text.hpp"
@@ -35,7 +38,56 @@ std::vector<std::string> words_of(const ProcessRequest& request) {
   return words;
 }
 
+std::string process_file(pid_t process, const char* name) {
+  std::ifstream file("/proc/" + std::to_string(process) + "/" + name, std::ios::binary);
+  return {std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>()};
+}
+
+// "PID (name) state parent group ...": the name may hold blanks and parentheses.
+bool is_orphaned_leader(pid_t process, std::int64_t parent) {
+  const std::string text = process_file(process, "stat");
+  const std::size_t name_end = text.rfind(')');
+  if (name_end == std::string::npos) return false;
+  std::istringstream fields(text.substr(name_end + 1));
+  std::string state;
+  std::int64_t parent_now = 0, group = 0;
+  if (!(fields >> state >> parent_now >> group) || state == "Z") return false;
+  return parent_now != parent && group == process;
+}
+
+bool has_argument(pid_t process, std::string_view argument) {
+  std::istringstream words(process_file(process, "cmdline"));
+  for (std::string word; std::getline(words, word, '\0');) {
+    if (word == argument) return true;
+  }
+  return false;
+}
+
+bool group_ends_within(pid_t group, int milliseconds) {
+  const auto deadline = std::chrono::steady_clock::now() + std::chrono::milliseconds(milliseconds);
+  while (::kill(-group, 0) == 0) {
+    if (std::chrono::steady_clock::now() >= deadline) return false;
+    std::this_thread::sleep_for(group_check_pause);
+  }
+  return true;
+}
+
 }  // namespace
+
+std::int64_t own_process_id() { return ::getpid(); }
+
+bool end_orphaned_group(std::int64_t leader, std::int64_t parent, std::string_view argument,
+                        int grace_milliseconds) {
+  const auto group = static_cast<pid_t>(leader);
+  if (group <= 1 || group != leader || group == ::getpgrp() || argument.empty()) return false;
+  if (!is_orphaned_leader(group, parent) || !has_argument(group, argument)) return false;
+  ::kill(-group, SIGTERM);
+  if (!group_ends_within(group, grace_milliseconds)) {
+    ::kill(-group, SIGKILL);
+    static_cast<void>(group_ends_within(group, after_kill_milliseconds));
+  }
+  return true;
+}
 
 // A child that has ended is left as a zombie until its group is ended or this object goes: so long its
 // number, which is also the group's, cannot come to mean somebody else's processes.

@@ -147,4 +147,12 @@ void ChildProcess::end_group(int grace_milliseconds) {
 
 std::int64_t ChildProcess::id() const { return m_state->id; }
 
+std::int64_t own_process_id() { return GetCurrentProcessId(); }
+
+// The job object has ended them.
+bool end_orphaned_group(std::int64_t /*leader*/, std::int64_t /*parent*/, std::string_view /*argument*/,
+                        int /*grace_milliseconds*/) {
+  return false;
+}
+
 }  // namespace ferrowen::platform
