@@ -4,6 +4,7 @@
 
 #include "automation/auto_run.hpp"
 #include "base/text.hpp"
+#include "pipeline/tiles/result_word.hpp"
 #include "platform/paths.hpp"
 
 namespace ferrowen {
@@ -11,18 +12,7 @@ namespace ferrowen {
 namespace {
 
 std::string_view word_of(const AutoReport& report) {
-  if (!report.problems.empty()) return "not started";
-  switch (report.result) {
-    case StageResult::done:
-      return "done";
-    case StageResult::stopped:
-      return "stopped";
-    case StageResult::failed:
-      return "failed";
-    case StageResult::cancelled:
-      break;
-  }
-  return "cancelled";
+  return report.problems.empty() ? result_word(report.result) : "not started";
 }
 
 // What a run has left: its files, and the copy of its image.

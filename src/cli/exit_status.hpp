@@ -3,7 +3,7 @@
 
 #include <string_view>
 
-#include "pipeline/tiles/splitter.hpp"
+#include "pipeline/tiles/result_word.hpp"
 
 namespace ferrowen {
 
@@ -20,20 +20,6 @@ inline ExitStatus exit_status_of(StageResult result) {
       break;
   }
   return ExitStatus::run_failed;
-}
-
-inline std::string_view result_word(StageResult result) {
-  switch (result) {
-    case StageResult::done:
-      return "done";
-    case StageResult::stopped:
-      return "stopped";
-    case StageResult::failed:
-      return "failed";
-    case StageResult::cancelled:
-      break;
-  }
-  return "cancelled";
 }
 
 inline std::string_view result_word(ExitStatus status) {
