@@ -7,6 +7,7 @@
 #include "app/version.hpp"
 #include "base/text.hpp"
 #include "cli/automation_line.hpp"
+#include "cli/completion.hpp"
 #include "cli/elevation_line.hpp"
 #include "cli/near_names.hpp"
 #include "styletools/doctor_report.hpp"
@@ -358,6 +359,18 @@ void add_converters(CLI::App& app, GpxArguments& gpx, KmlArguments& kml) {
   text_option(*placemarks, "--point-type", kml.point_type, "HEX", "Type of the points; 2f without it");
 }
 
+constexpr const char* completion_footer = R"(Examples:
+  ferrowen completion bash > ~/.local/share/bash-completion/completions/ferrowen
+  ferrowen completion zsh > ~/.zsh/completions/_ferrowen      (a folder of zsh's fpath))";
+
+void add_completion(CLI::App& app, std::string& shell) {
+  add_command(app, "completion", "Print the completion function for a shell", completion_footer)
+      ->add_option("SHELL", shell, "bash or zsh")
+      ->type_name("")
+      ->required()
+      ->check(CLI::IsMember({"bash", "zsh"}).description(""));
+}
+
 struct Parser {
   CLI::App app{"Turns OpenStreetMap data into Garmin maps."};
   GlobalOptions global;
@@ -374,6 +387,7 @@ struct Parser {
   TypArguments typ;
   GpxArguments gpx;
   KmlArguments kml;
+  std::string completion_shell;
 
   Parser() {
     constexpr std::size_t column = 28;
@@ -396,6 +410,7 @@ struct Parser {
     add_converters(app, gpx, kml);
     add_language(app, language);
     add_typ(app, typ);
+    add_completion(app, completion_shell);
     app.require_subcommand(1);
     app.footer(main_footer);
   }
@@ -503,6 +518,8 @@ ParsedCommandLine parse_command_line(const std::vector<std::string>& arguments) 
     if (parser.app.exit(error, help, text) == 0) return {std::nullopt, help.str(), ""};
     return {std::nullopt, "", std::string(trim(text.str()))};
   }
+  if (parser.completion_shell == "bash") return {std::nullopt, bash_completion(parser.app), ""};
+  if (parser.completion_shell == "zsh") return {std::nullopt, zsh_completion(parser.app), ""};
   return {parser.result(), "", ""};
 }
 
