@@ -14,11 +14,8 @@ if(WIN32)
   target_compile_definitions(ferrowen_options INTERFACE _WIN32_WINNT=0x0A00 NOMINMAX WIN32_LEAN_AND_MEAN)
 endif()
 if(FERROWEN_SANITIZE)
-  target_compile_options(ferrowen_options INTERFACE -fsanitize=address,undefined -fno-sanitize-recover=all -fno-omit-frame-pointer)
-  target_link_options(ferrowen_options INTERFACE -fsanitize=address,undefined)
-endif()
-if(FERROWEN_FUZZ)
-  target_compile_options(ferrowen_options INTERFACE -fsanitize=fuzzer-no-link,address,undefined -fno-sanitize-recover=all)
+  target_compile_options(ferrowen_options INTERFACE
+    -fsanitize=fuzzer-no-link,address,undefined -fno-sanitize-recover=all -fno-omit-frame-pointer)
   target_link_options(ferrowen_options INTERFACE -fsanitize=address,undefined)
 endif()
 

@@ -12,8 +12,8 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   const std::vector<std::string> files = split(fuzz::text_of(data, size), "\x01");
   const IncludeSource source = [&](const StyleInclude& include,
                                    const std::string& folder) -> std::optional<StyleFileBytes> {
-    const std::size_t index =
-        include.name.size() == 1 ? std::size_t(include.name[0]) - 'a' + 1 : files.size();
+    if (include.name.size() != 1 || include.name[0] < 'a') return std::nullopt;
+    const std::size_t index = std::size_t(include.name[0]) - 'a' + 1;
     if (index >= files.size()) return std::nullopt;
     return StyleFileBytes{include.name, folder, files[index]};
   };

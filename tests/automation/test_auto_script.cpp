@@ -56,7 +56,8 @@ TEST_CASE("what is wrong in a script is named with its line") {
       {"\xFF\xFE<\0f\0", {"line 1: The script is in UTF-16. Save it as UTF-8."}},
   };
   for (const auto& [text, problems] : cases) {
-    CAPTURE(text);
+    const std::string shown = text;
+    CAPTURE(shown);
     CHECK(problems_of(text) == problems);
   }
   AutoFacts nothing_there = all_there;
@@ -111,8 +112,8 @@ TEST_CASE("the heap of Java in its options, in megabytes") {
       {"-Xmx1048576K", "1024"},   {"1500", "1500"},
       {"-Xmx2147483648", "2048"}, {"-ea", ""},
       {"-Xmxlots", ""},           {"", ""}};
-  for (const auto& [options, megabytes] : cases)
-    CHECK_MESSAGE(heap_megabytes(options) == megabytes, options);
+  for (const auto& one : cases)
+    CHECK_MESSAGE(heap_megabytes(one.first) == one.second, one.first);
   CHECK(with_heap("-ea -Xmx2g -Xms1g", "900") == "-Xmx900m -ea -Xms1g");
   CHECK(with_heap("2000", "900") == "-Xmx900m");
 }

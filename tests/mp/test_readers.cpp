@@ -87,8 +87,9 @@ TEST_CASE("GPX points that cannot be written are left out and told with their li
       {"<trkpt lon=\"2\"/>", "line 2: a point without lat and lon is left out"},
   };
   for (const Case& one : cases) {
-    const GpxFile file =
-        read_gpx(in_segment("<trkpt lat=\"1\" lon=\"2\"/>\n" + one.point + "<trkpt lat=\"3\" lon=\"4\"/>"));
+    const std::string text =
+        in_segment("<trkpt lat=\"1\" lon=\"2\"/>\n" + one.point + "<trkpt lat=\"3\" lon=\"4\"/>");
+    const GpxFile file = read_gpx(text);
     CHECK(points_of(file) == "1,2 3,4");
     CHECK(file.problems.lines() == std::vector<std::string>{one.problem});
   }

@@ -124,7 +124,8 @@ TEST_CASE("ROAD CLASS: each suggestion, only where the class does not fit") {
       {"# highway=primary [0x03 road_class=4]", ""},
   };
   for (const auto& [rule, finding] : cases) {
-    CAPTURE(rule);
+    const std::string shown = rule;
+    CAPTURE(shown);
     const Texts issues = issues_of(parse_roadclass(style_of(rule)));
     CHECK(issues == (finding[0] == 0 ? Texts{} : Texts{std::string("1 ") + finding}));
   }
@@ -255,7 +256,8 @@ TEST_CASE("Style Check: a rule is lost only when it is certain") {
       {"a=$b [0x01]\na=$b [0x02]", false},
   };
   for (const auto& [text, lost] : cases) {
-    CAPTURE(text);
+    const std::string shown = text;
+    CAPTURE(shown);
     std::size_t found = 0;
     for (const DoctorRow& row : parse(style_of(text)).rows)
       if (row.weight == Weight::error || row.finding.starts_with("Tag deleted")) ++found;

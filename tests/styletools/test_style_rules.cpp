@@ -73,7 +73,8 @@ TEST_CASE("a type code ends where its digits end") {
       {"a=b [0x123456789abcdef]", 0, "00000"},
   };
   for (const auto& [text, type, key] : cases) {
-    CAPTURE(text);
+    const std::string shown = text;
+    CAPTURE(shown);
     const StyleRules rules = rules_of(text);
     REQUIRE(rules.rules.size() == 1);
     CHECK(rules.rules[0].type == type);

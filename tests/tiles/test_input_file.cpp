@@ -47,7 +47,7 @@ TEST_CASE("PBF: foreign and damaged bytes") {
   const std::string long_index = "\x12\x40" + std::string(64, 'i');  // index data in front makes a long head
   std::string indexed = data;
   indexed.insert(4, long_index);
-  indexed[3] = static_cast<char>(indexed[3] + long_index.size());
+  indexed[3] = static_cast<char>(indexed[3] + static_cast<int>(long_index.size()));
   check_cases(
       InputKind::pbf,
       {{data + header, "is no OpenStreetMap PBF file"},
