@@ -165,7 +165,7 @@ int main(int count, char** arguments) {
   const QApplication application(count, arguments);
   const QStringList words = QApplication::arguments();
   if (words.size() < 3) {
-    std::fprintf(stderr, "usage: ferrowen-screenshots OUTDIR light|dark [WIDTHxHEIGHT]\n");
+    std::fprintf(stderr, "usage: ferrowen-screenshots OUTDIR light|dark [WIDTHxHEIGHT [LANGUAGE.m5l]]\n");
     return 2;
   }
   QDir().mkpath(words[1]);
@@ -180,7 +180,10 @@ int main(int count, char** arguments) {
   session.workspace.settings.map_name = "Faroe Islands";
   if (words.size() > 4) {
     const Status loaded = load_language(session.workspace, ui::from_qt(words[4]));
-    if (!loaded.ok()) std::fprintf(stderr, "%s\n", loaded.error.c_str());
+    if (!loaded.ok()) {
+      std::fprintf(stderr, "%s\n", loaded.error.c_str());
+      return 2;
+    }
   }
   SilentPrompts prompts;
   ui::f1 window(session.workspace, &prompts);
