@@ -338,6 +338,8 @@ void f1::choose_language(const QString& file) {
   const Status chosen = ferrowen::choose_language(m_workspace, from_qt(file));
   if (!chosen.ok()) m_prompts->tell(chosen.error, Icon::warning);
   apply_texts();
+  show_image_place();
+  m_java_label->setText(m_binder.said(java_label(m_workspace.java_version)));
 }
 
 void f1::write_template() {

@@ -121,8 +121,7 @@ TEST_CASE("messages of the checks are in the lists") {
                                                                                     {"output-folder", "here"},
                                                                                     {"max-nodes", "many"},
                                                                                     {"java", "/usr/bin/perl"},
-                                                                                    {"routing", "maybe"},
-                                                                                    {"map-name", "a\nb"}})
+                                                                                    {"routing", "maybe"}})
     check_is_known(split_lines(assign_checked(settings, *find_field(field), text).error).front());
   check_is_known(check_memory("lots").error);
   check_is_known(java_not_installed);
