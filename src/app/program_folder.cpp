@@ -43,9 +43,10 @@ Status ProgramFolder::copy_assets(const std::string& assets) const {
 // A new version has new texts: its file takes the place of the one that was shipped before, unless somebody
 // has changed that. The copy in `system` tells.
 Status ProgramFolder::copy_languages(const std::string& shipped) const {
+  const std::vector<std::string> names = list_files(shipped, {".m5l"});
   const std::string kept_folder = *this / "system/languages";
-  if (Status made = make_folder(kept_folder); !made.ok()) return made;
-  for (const std::string& name : list_files(shipped, {".m5l"})) {
+  if (Status made = names.empty() ? Status{} : make_folder(kept_folder); !made.ok()) return made;
+  for (const std::string& name : names) {
     const std::string source = platform::join(shipped, name);
     const std::string target = platform::join(*this / languages_folder, name);
     const std::string kept = platform::join(kept_folder, name);

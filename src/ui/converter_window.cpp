@@ -25,6 +25,7 @@ namespace {
 constexpr int window_width = 1020, window_height = 680;
 constexpr int preview_delay_milliseconds = 150;
 constexpr int shown_rows = 3;  // of the list of results
+constexpr int kerning_margin = 4;
 
 std::string path_of(const QListWidgetItem& item) { return from_qt(item.data(Qt::UserRole).toString()); }
 
@@ -89,6 +90,8 @@ TypeBox* ConverterWindow::type_box(QFormLayout& form, const char* name, const ch
   auto* label = new QLabel(this);
   label->setBuddy(box);
   m_binder.caption(label, Section::labels, label_key);
+  // A marked letter is drawn without kerning, a little wider than the hint of the label.
+  label->setContentsMargins(0, 0, kerning_margin, 0);
   form.addRow(label, box);
   return box;
 }

@@ -264,6 +264,7 @@ QWidget* f1::make_plot_page() {
   });
   m_tiles_label = new QLabel(page);
   m_tiles_label->setObjectName(QStringLiteral("lab_tiles"));
+  m_tiles_label->setWordWrap(true);  // a long text must not widen the window
   auto* row = new QHBoxLayout;
   row->setSpacing(2);
   row->addWidget(m_tiles_label, 1);
