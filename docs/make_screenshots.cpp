@@ -13,6 +13,8 @@
 #include <functional>
 
 #include "app/language_file.hpp"
+#include "base/files.hpp"
+#include "platform/paths.hpp"
 #include "ui/about_box.hpp"
 #include "ui/autoscr.hpp"
 #include "ui/cmcolor.hpp"
@@ -153,6 +155,13 @@ void take_dialogs(ui::f1& window, ui::WindowSession& session, Camera& camera) {
   camera.take_dialog(about, QStringLiteral("about"));
 }
 
+// As a person would: the file lies in the languages folder and is chosen there.
+Status use_language(Workspace& workspace, const std::string& path) {
+  const std::string name = platform::name_of(path);
+  const Status copied = copy_file(path, platform::join(workspace.settings.languages_folder, name));
+  return copied.ok() ? choose_language(workspace, name) : copied;
+}
+
 QSize size_from(const QStringList& arguments) {
   if (arguments.size() < 4) return usual_size;
   const QStringList parts = arguments[3].split(QLatin1Char('x'));
@@ -165,7 +174,7 @@ int main(int count, char** arguments) {
   const QApplication application(count, arguments);
   const QStringList words = QApplication::arguments();
   if (words.size() < 3) {
-    std::fprintf(stderr, "usage: ferrowen-screenshots OUTDIR light|dark [WIDTHxHEIGHT]\n");
+    std::fprintf(stderr, "usage: ferrowen-screenshots OUTDIR light|dark [WIDTHxHEIGHT [LANGUAGE.m5l]]\n");
     return 2;
   }
   QDir().mkpath(words[1]);
@@ -179,8 +188,11 @@ int main(int count, char** arguments) {
   session.workspace.settings.register_map = true;
   session.workspace.settings.map_name = "Faroe Islands";
   if (words.size() > 4) {
-    const Status loaded = load_language(session.workspace, ui::from_qt(words[4]));
-    if (!loaded.ok()) std::fprintf(stderr, "%s\n", loaded.error.c_str());
+    const Status chosen = use_language(session.workspace, ui::from_qt(words[4]));
+    if (!chosen.ok()) {
+      std::fprintf(stderr, "%s\n", chosen.error.c_str());
+      return 2;
+    }
   }
   SilentPrompts prompts;
   ui::f1 window(session.workspace, &prompts);

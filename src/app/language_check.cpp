@@ -17,6 +17,16 @@ void compare_end(Problems& problems, const LanguageText& translated, bool englis
                                            (english_has ? ", this one does not." : " not, this one does.")});
 }
 
+// The numbers of the places, in order: "12" for a text with %1 and %2.
+std::string places_of(std::string_view text) {
+  std::string places;
+  for (std::size_t at = text.find('%'); at != std::string_view::npos; at = text.find('%', at + 1)) {
+    if (at + 1 < text.size() && text[at + 1] >= '1' && text[at + 1] <= '9') places += text[at + 1];
+  }
+  std::sort(places.begin(), places.end());
+  return places;
+}
+
 // Names and paths are put before and behind texts: a blank or an opening quote at the end is a part of them.
 void compare(Problems& problems, std::string_view english, const LanguageText& translated) {
   const std::string_view text = translated.text;
@@ -27,6 +37,9 @@ void compare(Problems& problems, std::string_view english, const LanguageText& t
   compare_end(problems, translated, english.starts_with(' '), text.starts_with(' '), "begins with a blank");
   compare_end(problems, translated, english.ends_with(' '), text.ends_with(' '), "ends with a blank");
   compare_end(problems, translated, english.ends_with('\''), text.ends_with('\''), "ends with '");
+  if (places_of(english) != places_of(text))
+    problems.push_back({translated.line, "The places (%1, %2, ...) are not those of the English text: \"" +
+                                             std::string(english) + "\""});
 }
 
 void compare_all(Problems& problems, const LanguageFile& file) {

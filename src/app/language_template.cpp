@@ -17,6 +17,7 @@ constexpr std::string_view notes = R"(# A language file of Ferrowen.
 # - "#" begins a comment: the rest of the line is not read, and no text can hold this sign.
 # - Blanks at the beginning and the end of a text belong to it: a name or a path follows there. A "#" right
 #   behind such a text only shows where it ends; it may stay.
+# - %1, %2 and so on stand for what the program puts there; a translation has the same ones, in any order.
 # - commands: a line counts by its position. Keep their order and number, and put no other line between them;
 #   the word before the ":" only reminds you of what the text is for.
 # - settings, menus, tooltiptxt, labels: the word before the ":" says what the text is for. Keep it as it is;

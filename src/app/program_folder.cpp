@@ -20,12 +20,42 @@ Status ProgramFolder::create_layout() const {
   return {};
 }
 
+namespace {
+
+constexpr std::string_view languages_folder = "languages";
+
+bool same_content(const std::string& one, const std::string& other) {
+  return file_size(one) == file_size(other) && read_whole_file(one) == read_whole_file(other);
+}
+
+}  // namespace
+
 Status ProgramFolder::copy_assets(const std::string& assets) const {
   for (const std::string_view name : shipped_assets()) {
     const std::string source = platform::join(assets, name);
     const std::string target = *this / name;
     if (source == target || file_exists(target) || !file_exists(source)) continue;
     if (Status copied = copy_file(source, target); !copied.ok()) return copied;
+  }
+  return copy_languages(platform::join(assets, languages_folder));
+}
+
+// A new version has new texts: its file takes the place of the one that was shipped before, unless somebody
+// has changed that. The copy in `system` tells.
+Status ProgramFolder::copy_languages(const std::string& shipped) const {
+  const std::vector<std::string> names = list_files(shipped, {".m5l"});
+  const std::string kept_folder = *this / "system/languages";
+  if (Status made = names.empty() ? Status{} : make_folder(kept_folder); !made.ok()) return made;
+  for (const std::string& name : names) {
+    const std::string source = platform::join(shipped, name);
+    const std::string target = platform::join(*this / languages_folder, name);
+    const std::string kept = platform::join(kept_folder, name);
+    if (source == target) continue;
+    const bool is_ours = !file_exists(target) || same_content(target, kept) || same_content(target, source);
+    for (const std::string& copy : {target, kept}) {
+      if (!is_ours || same_content(copy, source)) continue;
+      if (Status copied = copy_file(source, copy); !copied.ok()) return copied;
+    }
   }
   return {};
 }

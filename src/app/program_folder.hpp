@@ -22,10 +22,12 @@ class ProgramFolder {
   // Creates the missing subfolders of the layout, parents before children.
   [[nodiscard]] Status create_layout() const;
   // Copies shipped assets that are missing here (sample map, default TYP, land cells, option sets, ...).
-  // `assets` is the folder that holds them; missing assets are skipped.
+  // `assets` is the folder that holds them; missing assets are skipped. Language files of an older version
+  // are replaced unless they were changed.
   [[nodiscard]] Status copy_assets(const std::string& assets) const;
 
  private:
+  [[nodiscard]] Status copy_languages(const std::string& shipped) const;
   std::string m_path;
 };
 

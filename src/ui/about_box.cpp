@@ -28,8 +28,8 @@ QLabel* text_label(const QString& text, QWidget* parent) {
   return label;
 }
 
-QString link(const char* address, const char* text) {
-  return QStringLiteral("<a href=\"%1\">%2</a>").arg(QLatin1String(address), QLatin1String(text));
+QString link(const char* address, const QString& text) {
+  return QStringLiteral("<a href=\"%1\">%2</a>").arg(QLatin1String(address), text.toHtmlEscaped());
 }
 
 }  // namespace
@@ -88,19 +88,18 @@ QWidget* about_box::make_rows(const Workspace& workspace) {
     value->setAccessibleName(label->text());
     form->addRow(label, value);
   };
-  // Names and licences are the same in every language.
-  add("about_licence", text_label(QStringLiteral("MIT License, © 2026 The Ferrowen developers"), rows));
-  add("about_data",
-      text_label(QStringLiteral("© ") +
-                     link("https://www.openstreetmap.org/copyright", "OpenStreetMap contributors") +
-                     QStringLiteral(", Open Database License (ODbL)"),
-                 rows));
+  add("about_licence", text_label(m_binder.text(Section::labels, "about_copyright"), rows));
+  add("about_data", text_label(QStringLiteral("© ") +
+                                   link("https://www.openstreetmap.org/copyright",
+                                        m_binder.text(Section::labels, "about_contributors")) +
+                                   QStringLiteral(", Open Database License (ODbL)"),
+                               rows));
   add("about_coastline", text_label(QStringLiteral("GSHHG, GNU Lesser General Public License (LGPL)"), rows));
   add("about_toolkit",
       text_label(
           QStringLiteral("Qt %1, GNU Lesser General Public License (LGPL)").arg(QLatin1String(qVersion())),
           rows));
-  auto* java = text_label(shown_text(java_label(workspace.java_version)), rows);
+  auto* java = text_label(m_binder.said(java_label(workspace.java_version)), rows);
   java->setObjectName(QStringLiteral("about_java"));
   java->setTextFormat(Qt::PlainText);
   add("about_java", java);

@@ -28,7 +28,6 @@ constexpr int typing_pause = 250;  // milliseconds without a key before the scri
 constexpr int side_width = 200, centre_width = 520;
 constexpr int message_continue = 171, message_cannot_find = 35;
 constexpr int most_checked_letters = 1 << 20;  // more would hold up the typing
-constexpr std::string_view not_checked_text = "The script is long: it is checked when it is saved.";
 constexpr std::uint64_t largest_script = 16ULL << 20;
 
 bool is_dark(const QPalette& palette) { return palette.color(QPalette::Base).lightness() < 128; }
@@ -153,7 +152,7 @@ QWidget* autoscr::make_right() {
     auto* item = new QListWidgetItem(to_qt(line), m_tags);
     const std::string_view name = std::string_view(line).substr(0, line.find('>'));
     const AutoTag* tag = find_auto_tag(name.substr(name.find('<') + 1));
-    if (tag != nullptr) item->setToolTip(to_qt(tag->meaning));
+    if (tag != nullptr) item->setToolTip(m_binder.said(tag->meaning));
   }
   auto* column = new QVBoxLayout(box);
   column->setContentsMargins(0, 0, 0, 0);
@@ -285,7 +284,7 @@ void autoscr::check() {
   m_check.stop();
   m_text->setExtraSelections({});
   m_problems->clear();
-  m_problems->addItem(to_qt(not_checked_text));
+  m_problems->addItem(m_binder.text(Section::labels, "script_long"));
 }
 
 void autoscr::mark(const std::vector<AutoProblem>& problems) {
@@ -293,7 +292,7 @@ void autoscr::mark(const std::vector<AutoProblem>& problems) {
   QList<QTextEdit::ExtraSelection> marks;
   const std::vector<std::string> lines = problem_lines(problems);
   for (std::size_t i = 0; i < lines.size(); ++i) {
-    auto* item = new QListWidgetItem(to_qt(lines[i]), m_problems);
+    auto* item = new QListWidgetItem(m_binder.said(lines[i]), m_problems);
     if (i >= problems.size()) continue;
     item->setData(Qt::UserRole, static_cast<int>(problems[i].line));
     QTextEdit::ExtraSelection selection;
@@ -322,7 +321,7 @@ bool autoscr::changes_are_settled(const char* question) {
   return answer == Answer::no || (answer == Answer::yes && save());
 }
 
-void autoscr::show_caption() { setWindowTitle(to_qt(script_caption(m_place.path, changed()))); }
+void autoscr::show_caption() { setWindowTitle(m_binder.said(script_caption(m_place.path, changed()))); }
 
 void autoscr::reject() {
   if (changes_are_settled("Save changes?")) QDialog::reject();

@@ -25,6 +25,7 @@ namespace {
 constexpr int window_width = 1020, window_height = 680;
 constexpr int preview_delay_milliseconds = 150;
 constexpr int shown_rows = 3;  // of the list of results
+constexpr int kerning_margin = 4;
 
 std::string path_of(const QListWidgetItem& item) { return from_qt(item.data(Qt::UserRole).toString()); }
 
@@ -59,7 +60,8 @@ void ConverterWindow::finish_window() {
   auto* column = new QVBoxLayout(this);
   column->addWidget(m_columns, 1);
   column->addWidget(make_bottom());
-  m_progress.emplace(WindowProgress::Controls{m_bar, m_elapsed, m_status, nullptr, nullptr});
+  m_progress.emplace(m_workspace.texts,
+                     WindowProgress::Controls{m_bar, m_elapsed, m_status, nullptr, nullptr});
   m_progress->begin();
   update_buttons();
   assign_mnemonics(*this);
@@ -81,13 +83,15 @@ QPushButton* ConverterWindow::push_button(const char* name, Section section, con
 
 TypeBox* ConverterWindow::type_box(QFormLayout& form, const char* name, const char* label_key, MpKind kind,
                                    const std::string& type) {
-  auto* box = new TypeBox(kind, this);
+  auto* box = new TypeBox(kind, m_binder, this);
   box->setObjectName(QLatin1String(name));
   box->set_type(type);
   m_binder.tooltip(box, "mp_type");
   auto* label = new QLabel(this);
   label->setBuddy(box);
   m_binder.caption(label, Section::labels, label_key);
+  // A marked letter is drawn without kerning, a little wider than the hint of the label.
+  label->setContentsMargins(0, 0, kerning_margin, 0);
   form.addRow(label, box);
   return box;
 }
@@ -307,7 +311,7 @@ void ConverterWindow::show_result() {
     add_path(*m_results, file.output);
   m_results->setCurrentRow(0);
   m_result_box->setVisible(!m_result.files.empty());
-  m_summary->setText(shown_text(conversion_summary(m_result.counts)));
+  m_summary->setText(m_binder.said(conversion_summary(m_result.counts)));
   const std::string_view key = m_result.end == ConversionEnd::cancelled ? "mp_stopped" : "mp_done";
   m_status->setText(m_binder.text(Section::labels, key).arg(m_result.files.size()).arg(m_files->count()));
 }

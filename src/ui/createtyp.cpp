@@ -229,9 +229,9 @@ void createtyp::show_judgement(const TypCheck& judged, const QString& written) {
   if (judged.accepted)
     parts << m_binder.text(Section::labels, "typ_accepted");
   else if (!judged.not_checked.empty())
-    parts << to_qt(judged.not_checked);
+    parts << m_binder.said(judged.not_checked);
   else
-    parts << m_binder.text(Section::labels, "typ_refused").arg(to_qt(check_text(judged)));
+    parts << m_binder.text(Section::labels, "typ_refused").arg(m_binder.said(check_text(judged)));
   if (!judged.accepted && !m_hint.isEmpty()) parts << m_hint;
   m_state->setText(parts.join(QLatin1Char('\n')));
   if (judged.accepted || !judged.not_checked.empty()) return;

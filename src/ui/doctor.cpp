@@ -32,7 +32,7 @@ doctor::doctor(Workspace& workspace, Prompts& prompts, QWidget* parent)
       m_binder(workspace.texts),
       m_table(m_binder) {
   setObjectName(QStringLiteral("doctor"));
-  setWindowTitle(QStringLiteral("Style Doctor "));
+  setWindowTitle(m_binder.text(Section::labels, "doctor_title"));
   setWindowFlag(Qt::WindowMaximizeButtonHint);
   make_controls();
   m_table.drawing = [this](RuleKind kind, const std::string& key) { return m_preview->icon(kind, key); };
@@ -125,7 +125,7 @@ void doctor::show_types(const LoadedStyle& style) {
   m_types->clear();
   for (const std::string& key : style.rules.types)
     m_types->addItem(to_qt(key));
-  m_types->addItem(QStringLiteral("see types"));
+  m_types->addItem(m_binder.text(Section::labels, "doctor_see_types"));
   m_types->setCurrentIndex(m_types->count() - 1);
   m_conditions->clear();
   for (const StyleRule& rule : style.rules.rules) {

@@ -20,16 +20,16 @@ QString place_text(const DoctorRow& row) {
   return row.line == 0 ? name : name + QLatin1Char(':') + QString::number(row.line);
 }
 
-QString cell_text(const DoctorRow& row, int column) {
+QString cell_text(const DoctorRow& row, int column, const TextBinder& binder) {
   switch (column) {
     case DoctorTable::marker:
       return to_qt(row.marker).trimmed();
     case DoctorTable::kind:
-      return to_qt(row.kind_text);
+      return binder.said(row.kind_text);
     case DoctorTable::finding:
-      return to_qt(row.finding);
+      return binder.said(row.finding);
     case DoctorTable::detail:
-      return to_qt(row.detail).trimmed();
+      return binder.said(row.detail).trimmed();
     case DoctorTable::type:
       return to_qt(row.key);
     case DoctorTable::place:
@@ -65,10 +65,10 @@ QVariant DoctorTable::data(const QModelIndex& index, int role) const {
   const DoctorRow& shown = row(index.row());
   switch (role) {
     case Qt::DisplayRole:
-      return cell_text(shown, index.column());
+      return cell_text(shown, index.column(), m_binder);
     case Qt::ToolTipRole:
       return shown.other_place.empty()
-                 ? cell_text(shown, index.column())
+                 ? cell_text(shown, index.column(), m_binder)
                  : m_binder.text(Section::labels, "doctor_earlier").arg(to_qt(shown.other_place));
     case Qt::ForegroundRole:
       return colour_of(shown.weight);

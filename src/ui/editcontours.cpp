@@ -178,9 +178,9 @@ QWidget* editcontours::make_make_row() {
 QWidget* editcontours::make_download() {
   auto* page = new QWidget(this);
   m_region->setObjectName(QStringLiteral("Combo1"));
-  m_region->addItem(QLatin1String(search_all));
+  m_region->addItem(m_binder.said(search_all), QLatin1String(search_all));
   for (const std::string_view region : srtm_regions)
-    m_region->addItem(to_qt(region));
+    m_region->addItem(to_qt(region), to_qt(region));
   m_binder.tooltip(m_region, "region");
   m_binder.tooltip(m_base, "srtm_base");
   m_summary->setObjectName(QStringLiteral("Label8"));
@@ -228,7 +228,7 @@ void editcontours::show_area() {
   const DownloadState state = download_state(m_workspace, m_prompts);
   fill(*m_needed, state.needed);
   fill(*m_missing, state.missing);
-  m_summary->setText(to_qt(state.summary));
+  m_summary->setText(m_binder.said(state.summary));
 }
 
 std::vector<std::string> editcontours::selected_heights() const {
@@ -305,7 +305,7 @@ void editcontours::open_download_pages() {
   const DownloadState state = download_state(m_workspace, m_prompts);
   if (state.missing.empty()) return m_prompts.tell(download_message(state, m_workspace));
   for (const std::string& page :
-       download_pages(from_qt(m_base->text()), from_qt(m_region->currentText()), state.missing))
+       download_pages(from_qt(m_base->text()), from_qt(m_region->currentData().toString()), state.missing))
     open_page(page);
 }
 

@@ -40,7 +40,8 @@ f1::f1(Workspace& workspace, Prompts* prompts)
   setObjectName(QStringLiteral("f1"));
   setAcceptDrops(true);
   make_panels();
-  m_progress.emplace(WindowProgress::Controls{m_bar, m_elapsed, m_status, m_console, m_command});
+  m_progress.emplace(m_workspace.texts,
+                     WindowProgress::Controls{m_bar, m_elapsed, m_status, m_console, m_command});
   make_menus();
   m_own_prompts.details = [this] { return details(); };
   m_own_prompts.file_viewer = [this](const QString& path) { view_text(path); };
@@ -99,9 +100,9 @@ void f1::show_record() {
   show_styles();
   m_form->show(m_workspace.settings);
   m_typ->setEnabled(m_workspace.settings.use_typ);
-  m_launch->setText(to_qt(launch_label(m_workspace.settings)));
+  m_launch->setText(m_binder.said(launch_label(m_workspace.settings)));
   show_image_place();
-  m_java_label->setText(to_qt(java_label(m_workspace.java_version)));
+  m_java_label->setText(m_binder.said(java_label(m_workspace.java_version)));
   const QString name = to_qt(platform::name_of(m_workspace.settings.input));
   setWindowTitle(name.isEmpty() ? QStringLiteral("Ferrowen") : name + QStringLiteral(" – Ferrowen"));
   show_state();

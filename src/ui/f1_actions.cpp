@@ -200,7 +200,7 @@ void f1::start_script(const QString& path) {
     show_record();
     save_now();
     const bool good = report.result == StageResult::done && report.problems.empty();
-    m_status->setText(to_qt(trim(summary_text({report}))));
+    m_status->setText(m_binder.said(trim(summary_text({report}))));
     m_prompts->tell(with_crlf(report_text(report)), good ? Icon::information : Icon::critical);
   });
 }
@@ -338,6 +338,8 @@ void f1::choose_language(const QString& file) {
   const Status chosen = ferrowen::choose_language(m_workspace, from_qt(file));
   if (!chosen.ok()) m_prompts->tell(chosen.error, Icon::warning);
   apply_texts();
+  show_image_place();
+  m_java_label->setText(m_binder.said(java_label(m_workspace.java_version)));
 }
 
 void f1::write_template() {
@@ -356,7 +358,7 @@ void f1::write_template() {
 
 void f1::query_java() {
   query_java_version(m_workspace, *m_prompts, *m_progress);
-  m_java_label->setText(to_qt(java_label(m_workspace.java_version)));
+  m_java_label->setText(m_binder.said(java_label(m_workspace.java_version)));
 }
 
 void f1::show_mkgmap_version() {
@@ -368,7 +370,7 @@ void f1::show_mkgmap_version() {
 void f1::open_guide() {
   const std::string path = guide_path();
   if (path.empty()) return m_prompts->tell(m_workspace.message(35) + "user-guide.md", Icon::warning);
-  auto* window = new GuideWindow(m_workspace.texts, path, this);
+  auto* window = new GuideWindow(m_workspace.texts, path, m_workspace.settings.language, this);
   window->setAttribute(Qt::WA_DeleteOnClose);
   window->show();
 }

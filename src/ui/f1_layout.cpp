@@ -264,6 +264,7 @@ QWidget* f1::make_plot_page() {
   });
   m_tiles_label = new QLabel(page);
   m_tiles_label->setObjectName(QStringLiteral("lab_tiles"));
+  m_tiles_label->setWordWrap(true);  // a long text must not widen the window
   auto* row = new QHBoxLayout;
   row->setSpacing(2);
   row->addWidget(m_tiles_label, 1);
@@ -347,7 +348,7 @@ void f1::add_target_buttons(QWidget* box) {
   m_launch = new QPushButton(box);
   m_launch->setObjectName(QStringLiteral("Command_launch"));
   m_binder.tooltip(m_launch, "launch");
-  m_binder.custom([this] { m_launch->setText(to_qt(launch_label(m_workspace.settings))); });
+  m_binder.custom([this] { m_launch->setText(m_binder.said(launch_label(m_workspace.settings))); });
   connect(m_launch, &QPushButton::clicked, this, &f1::launch_chosen);
   box->layout()->addWidget(m_image_place);
   box->layout()->addWidget(m_launch);

@@ -169,8 +169,9 @@ void f1::fill_map_menu(QMenu* menu) {
   for (const std::string& name : launchable_programs()) {
     const bool has_entry = name == "Basecamp" || name == "Mapsource" || name == "HomePort";
     if (has_entry || launch_path(m_workspace.settings, name).empty()) continue;
-    connect(menu->addAction(to_qt("Launch " + name)), &QAction::triggered, this,
-            [this, name] { launch_program(name); });
+    QAction* action = menu->addAction(QString());
+    m_binder.custom([this, action, name] { action->setText(m_binder.said("Launch " + name)); });
+    connect(action, &QAction::triggered, this, [this, name] { launch_program(name); });
   }
 }
 

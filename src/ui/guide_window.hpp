@@ -11,7 +11,10 @@ namespace ferrowen::ui {
 class GuideWindow : public QDialog {
   Q_OBJECT
  public:
-  GuideWindow(const InterfaceTexts& texts, const std::string& path, QWidget* parent = nullptr);
+  // `language`: the language file in use, "" for English. The guide is English; its pictures show the windows
+  // in that language when there are such.
+  GuideWindow(const InterfaceTexts& texts, const std::string& path, const std::string& language,
+              QWidget* parent = nullptr);
 
  private:
   TextBinder m_binder;

@@ -5,6 +5,7 @@
 #include <QTextBlock>
 #include <QVBoxLayout>
 
+#include "app/said_texts.hpp"
 #include "ui/qt_text.hpp"
 
 namespace ferrowen::ui {
@@ -75,7 +76,7 @@ void LogPanel::load() {
   const Result<ferrowen::LogView> log = load_log(m_workspace, chosen(), shown_bytes);
   m_text->clear();
   if (!log.ok()) {
-    m_text->setPlainText(shown_text(log.error));
+    m_text->setPlainText(shown_text(said(m_workspace.texts, log.error)));
     return;
   }
   show_lines(log.value.lines);

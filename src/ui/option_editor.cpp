@@ -189,7 +189,7 @@ void option_editor::ask_tool_for_options() {
     m_list->show_options(asked.value);
     m_text->set_known(std::move(asked.value));
   } else {
-    m_list->show_state(m_binder.text(Section::labels, "option_not_asked").arg(shown_text(asked.error)));
+    m_list->show_state(m_binder.text(Section::labels, "option_not_asked").arg(m_binder.said(asked.error)));
   }
   show_choice();
   Q_EMIT catalogue_shown();
@@ -223,10 +223,10 @@ void option_editor::show_remarks() {
   if (m_tool == OptionTool::mkgmap) {
     const std::string name = m_sets->name();
     for (const std::string& warning : parse_options_text(text, name.empty() ? "mkopts" : name).warnings)
-      remarks << shown_text(warning).replace(QLatin1Char('\n'), QLatin1Char(' '));
+      remarks << m_binder.said(warning).replace(QLatin1Char('\n'), QLatin1Char(' '));
   }
   if (const Status sound = check_option_set("", text, m_workspace.messages); !sound.ok())
-    remarks << shown_text(sound.error);
+    remarks << m_binder.said(sound.error);
   const OptionFinding* at_cursor = m_text->finding_at_cursor();
   if (at_cursor != nullptr) remarks << m_text->explanation(*at_cursor);
   for (const OptionFinding& finding : m_text->lint().findings) {

@@ -139,7 +139,7 @@ void SettingsPage::add_field(QGridLayout* grid, const Field& field, bool read_on
   row.control = m_controls.make(field, read_only);
   row.words = [this, &field] {
     return caption_of(field) + QLatin1Char(' ') + to_qt(field.name) + QLatin1Char(' ') +
-           to_qt(page_name(field.page));
+           m_binder.text(Section::settings, "set" + std::to_string(static_cast<int>(field.page)));
   };
   row.widgets.push_back(row.control);
   const auto caption = [this, &field] { return caption_of(field); };
@@ -260,7 +260,7 @@ void SettingsPage::show_tool(const ToolReport& report) {
     row.state->setText(tool_state_text(report, m_binder));
     row.state->setToolTip(to_qt(report.path));
     row.state->setAccessibleName(m_binder.text(Section::settings, "set15") + QLatin1Char(' ') +
-                                 to_qt(report.advice->label) + QStringLiteral(", ") +
+                                 m_binder.said(report.advice->label) + QStringLiteral(", ") +
                                  m_binder.text(Section::settings, "set19"));
   }
 }

@@ -95,7 +95,8 @@ void tag_keys::make_list() {
   m_list->installEventFilter(this);
   m_binder.name(m_list, Section::labels, "tag_title");
   for (const OsmTagKey& key : osm_tag_keys()) {
-    auto* item = new QTreeWidgetItem(m_list, {to_qt(key.key), to_qt(key.meaning), to_qt(key.examples)});
+    auto* item =
+        new QTreeWidgetItem(m_list, {to_qt(key.key), m_binder.said(key.meaning), to_qt(key.examples)});
     // A narrow window cuts the sentences off.
     for (int column = 0; column < columns; ++column)
       item->setToolTip(column, item->text(column));

@@ -1,10 +1,15 @@
 #include "ui/text_binder.hpp"
 
+#include "app/said_texts.hpp"
 #include "ui/qt_text.hpp"
 
 namespace ferrowen::ui {
 
 QString TextBinder::text(Section section, std::string_view key) const { return to_qt(m_texts(section, key)); }
+
+QString TextBinder::said(std::string_view english) const {
+  return shown_text(ferrowen::said(m_texts, english));
+}
 
 void TextBinder::custom(std::function<void()> setter) {
   setter();

@@ -21,6 +21,8 @@ class TextBinder {
   explicit TextBinder(const InterfaceTexts& texts) : m_texts(texts) {}
 
   [[nodiscard]] QString text(Section section, std::string_view key) const;
+  // A line of the core, which speaks English, as the person reads it.
+  [[nodiscard]] QString said(std::string_view english) const;
   // Each sets the text now, and again at every apply(). The control must outlive the binder.
   void caption(QAbstractButton* button, Section section, std::string_view key);
   void caption(QLabel* label, Section section, std::string_view key);

@@ -30,7 +30,8 @@ TextWindow::TextWindow(const Workspace& workspace, Prompts& prompts, const QStri
   setWindowTitle(path);
   resize(760, 520);
   const Result<std::string> content = read_file(from_qt(path), largest_text);
-  m_text->setPlainText(shown_text(content.ok() ? decode_tool_text(content.value) : content.error));
+  m_text->setPlainText(content.ok() ? shown_text(decode_tool_text(content.value))
+                                    : m_binder.said(content.error));
   m_text->setReadOnly(use == Use::read || !content.ok());
   m_text->setLineWrapMode(m_text->isReadOnly() ? QPlainTextEdit::WidgetWidth : QPlainTextEdit::NoWrap);
   m_text->setFont(QFontDatabase::systemFont(QFontDatabase::FixedFont));

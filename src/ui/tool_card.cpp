@@ -24,8 +24,7 @@ QLabel* wrapping_label(QWidget* parent) {
 
 // A phrase such as "a text editor" begins a heading with a capital; the name of a program is written as it
 // is.
-QString heading_of(std::string_view label) {
-  QString heading = to_qt(label);
+QString heading_of(QString heading) {
   if (heading.contains(QLatin1Char(' '))) heading[0] = heading.at(0).toUpper();
   return heading;
 }
@@ -87,7 +86,9 @@ QWidget* ToolCard::make_advice(const OpenLink& open_link) {
   column->setSpacing(4);
   if (on_windows || m_advice.package.empty()) {
     auto* text = wrapping_label(help);
-    text->setText(to_qt(on_windows ? m_advice.windows_text : m_advice.linux_text));
+    m_binder.custom([this, text] {
+      text->setText(m_binder.said(on_windows ? m_advice.windows_text : m_advice.linux_text));
+    });
     column->addWidget(text);
   } else {
     QLabel* command = nullptr;
@@ -129,7 +130,7 @@ QString ToolCard::state_text() const {
 
 void ToolCard::show_texts() {
   const auto text = [this](std::string_view key) { return m_binder.text(Section::labels, key); };
-  m_name->setText(heading_of(m_advice.label) + QStringLiteral("  –  ") +
+  m_name->setText(heading_of(m_binder.said(m_advice.label)) + QStringLiteral("  –  ") +
                   text(m_advice.essential ? "tool_needed" : "tool_optional"));
   m_purpose->setText(text("purpose_" + std::string(m_advice.field)));
   const bool known = m_report.has_value();

@@ -64,7 +64,7 @@ QString tool_state_text(const ToolReport& report, const TextBinder& binder) {
   if (report.state == ToolState::not_set) return binder.text(Section::labels, "not_set");
   if (report.state == ToolState::missing) return binder.text(Section::labels, "folder_not_there");
   if (report.problem.empty()) return binder.text(Section::labels, "tool_wrong");
-  return shown_text(report.problem);
+  return binder.said(report.problem);
 }
 
 }  // namespace ferrowen::ui

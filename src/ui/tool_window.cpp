@@ -50,7 +50,8 @@ ToolWindow::ToolWindow(Workspace& workspace, Prompts& prompts, const char* name,
   m_output->setObjectName(QStringLiteral("tool_output"));
   m_output->setMinimumHeight(output_height);
   m_binder.name(m_output, Section::labels, "tab_console");
-  m_progress.emplace(WindowProgress::Controls{m_bar, m_elapsed, m_status, m_output, m_command});
+  m_progress.emplace(m_workspace.texts,
+                     WindowProgress::Controls{m_bar, m_elapsed, m_status, m_output, m_command});
   m_progress->begin();
 }
 

@@ -7,13 +7,14 @@ namespace ferrowen::ui {
 namespace {
 
 // The number comes first, so that what stands in the box can be read back up to the first blank.
-QString item_text(const NamedType& type) {
-  return to_qt(type.type) + QStringLiteral("  ") + to_qt(type.name);
+QString item_text(const NamedType& type, const TextBinder& binder) {
+  return to_qt(type.type) + QStringLiteral("  ") + binder.said(type.name);
 }
 
 }  // namespace
 
-TypeBox::TypeBox(MpKind kind, QWidget* parent) : QComboBox(parent) {
+TypeBox::TypeBox(MpKind kind, const TextBinder& binder, QWidget* parent)
+    : QComboBox(parent), m_binder(binder) {
   setEditable(true);
   setInsertPolicy(QComboBox::NoInsert);
   setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Fixed);
@@ -26,7 +27,7 @@ void TypeBox::set_kind(MpKind kind) {
   const std::string kept = type();
   clear();
   for (const NamedType& type : named_types(kind))
-    addItem(item_text(type), to_qt(type.type));
+    addItem(item_text(type, m_binder), to_qt(type.type));
   set_type(kept);
 }
 

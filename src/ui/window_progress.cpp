@@ -4,6 +4,7 @@
 #include <algorithm>
 #include <cmath>
 
+#include "app/said_texts.hpp"
 #include "ui/qt_text.hpp"
 
 namespace ferrowen::ui {
@@ -29,7 +30,9 @@ void WindowProgress::fraction(double done) {
   m_controls.bar->setValue(static_cast<int>(std::lround(std::clamp(done, 0.0, 1.0) * bar_steps)));
 }
 
-void WindowProgress::status(std::string_view text) { m_controls.status->setText(shown_text(text)); }
+void WindowProgress::status(std::string_view text) {
+  m_controls.status->setText(shown_text(said(m_texts, text)));
+}
 
 void WindowProgress::elapsed(double seconds) {
   const int whole = std::max(0, static_cast<int>(seconds));

@@ -6,6 +6,7 @@
 #include <QPlainTextEdit>
 #include <QProgressBar>
 
+#include "app/interface_texts.hpp"
 #include "base/prompts.hpp"
 #include "ui/console_panel.hpp"
 
@@ -20,7 +21,8 @@ class WindowProgress : public Progress {
     ConsolePanel* console;    // null in a window whose work runs no tool
     QPlainTextEdit* command;  // the same
   };
-  explicit WindowProgress(const Controls& controls) : m_controls(controls) {}
+  WindowProgress(const InterfaceTexts& texts, const Controls& controls)
+      : m_texts(texts), m_controls(controls) {}
 
   void begin();  // a new piece of work: no stop is requested, the bar is empty
   void clear_stop() { m_stop = false; }
@@ -36,6 +38,7 @@ class WindowProgress : public Progress {
   [[nodiscard]] bool stop_requested() override { return m_stop; }
 
  private:
+  const InterfaceTexts& m_texts;
   Controls m_controls;
   bool m_stop = false;
   std::string m_command;

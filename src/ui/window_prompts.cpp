@@ -5,6 +5,7 @@
 #include <QMessageBox>
 #include <QPushButton>
 
+#include "app/said_texts.hpp"
 #include "ui/qt_text.hpp"
 
 namespace ferrowen::ui {
@@ -28,12 +29,12 @@ QMessageBox::Icon box_icon(Icon icon) {
 }
 
 // "Backup Files (*.mpdat)" and "*.mpdat;*.dat" as Qt writes a filter.
-QString filter_text(const std::vector<FileFilter>& filters) {
+QString filter_text(const InterfaceTexts& texts, const std::vector<FileFilter>& filters) {
   QStringList parts;
   for (const FileFilter& filter : filters) {
     const QString pattern = to_qt(filter.pattern).replace(QLatin1Char(';'), QLatin1Char(' '));
     const QString ending = QLatin1Char('(') + pattern + QLatin1Char(')');
-    QString name = to_qt(filter.name).trimmed();
+    QString name = to_qt(said(texts, filter.name)).trimmed();
     if (name.endsWith(ending)) name.chop(ending.size());
     parts << name.trimmed() + QLatin1Char(' ') + ending;
   }
@@ -64,7 +65,7 @@ QWidget* WindowPrompts::parent() const {
 
 void WindowPrompts::tell(std::string_view text, Icon icon) {
   QMessageBox box(parent());
-  prepare(box, text, icon);
+  prepare(box, said(m_texts, text), icon);
   const bool trouble = icon == Icon::warning || icon == Icon::critical;
   if (const QString more = trouble && details ? details() : QString(); !more.isEmpty())
     box.setDetailedText(more);
@@ -77,7 +78,7 @@ void WindowPrompts::tell(std::string_view text, Icon icon) {
 
 Answer WindowPrompts::ask(std::string_view text, Buttons buttons, Icon icon) {
   QMessageBox box(parent());
-  prepare(box, text, icon);
+  prepare(box, said(m_texts, text), icon);
   auto* yes = box.addButton(to_qt(m_texts(Section::commands, "yes")), QMessageBox::YesRole);
   auto* no = box.addButton(to_qt(m_texts(Section::commands, "no")), QMessageBox::NoRole);
   QPushButton* last = no;
@@ -92,8 +93,8 @@ Answer WindowPrompts::ask(std::string_view text, Buttons buttons, Icon icon) {
 }
 
 std::optional<std::string> WindowPrompts::choose_file(const FileQuestion& question) {
-  const QString title = to_qt(question.title);
-  const QString filters = filter_text(question.filters);
+  const QString title = to_qt(said(m_texts, question.title));
+  const QString filters = filter_text(m_texts, question.filters);
   const QFileDialog::Options options =
       question.confirms ? QFileDialog::Options() : QFileDialog::DontConfirmOverwrite;
   const QString chosen =
@@ -105,15 +106,17 @@ std::optional<std::string> WindowPrompts::choose_file(const FileQuestion& questi
 }
 
 QStringList WindowPrompts::choose_files(const FileQuestion& question) {
-  QStringList chosen = QFileDialog::getOpenFileNames(parent(), to_qt(question.title),
-                                                     to_qt(question.proposal), filter_text(question.filters));
+  QStringList chosen =
+      QFileDialog::getOpenFileNames(parent(), to_qt(said(m_texts, question.title)), to_qt(question.proposal),
+                                    filter_text(m_texts, question.filters));
   for (QString& path : chosen)
     path = QDir::toNativeSeparators(path);
   return chosen;
 }
 
 std::optional<std::string> WindowPrompts::choose_folder(std::string_view title, const std::string& start) {
-  const QString chosen = QFileDialog::getExistingDirectory(parent(), to_qt(title), to_qt(start));
+  const QString chosen =
+      QFileDialog::getExistingDirectory(parent(), to_qt(said(m_texts, title)), to_qt(start));
   if (chosen.isEmpty()) return std::nullopt;
   return from_qt(QDir::toNativeSeparators(chosen));
 }

@@ -1,5 +1,6 @@
 #include "ui/window_session.hpp"
 
+#include "app/language_file.hpp"
 #include "app/settings_file.hpp"
 #include "app/start_up.hpp"
 #include "base/files.hpp"
@@ -27,17 +28,26 @@ bool WindowSession::take_lock() {
   return result == Result::held;
 }
 
+// Without a start-up, so that what there is to tell is told in the language of the person.
+void WindowSession::read_settings() {
+  loaddata(workspace, notes);
+  if (!choose_language(workspace, workspace.settings.language).ok()) use_english(workspace);
+}
+
 WindowSession::Opened WindowSession::open(const std::optional<std::string>& home) {
   workspace.folder = ProgramFolder(find_program_folder(home));
   bool can_write = take_lock();
-  if (m_taken_by_other) return Opened::running_already;
+  if (m_taken_by_other) {
+    read_settings();
+    return Opened::running_already;
+  }
   if (const Status readable = settings_are_readable(workspace); !readable.ok()) {
     notes.tell(readable.error + nothing_is_saved, Icon::warning);
     can_write = false;
   }
   if (const Status started = start_up(workspace, notes); !started.ok()) {
     if (can_write) notes.tell(started.error + nothing_is_saved, Icon::warning);
-    loaddata(workspace, notes);
+    read_settings();
     fill_machine_defaults(workspace);
     can_write = false;
   }

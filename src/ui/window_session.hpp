@@ -23,6 +23,7 @@ class WindowSession {
 
  private:
   bool take_lock();
+  void read_settings();
   platform::InstanceLock m_lock;
   bool m_taken_by_other = false;
 };

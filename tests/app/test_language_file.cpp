@@ -220,10 +220,36 @@ TEST_CASE("the check names the line and what is wrong with it") {
         Case{"16: exists", "16:exists", "English text begins with a blank"},
         Case{"12:Cannot find map. Checking for possible maps?", "12:x ", "ends with a blank not"},
         Case{"remove this file:'", "remove this file:", "ends with '"},
+        Case{"option_used:line %1", "option_used:line 1", "The places (%1"},
         Case{"3:No data", "3:", "The text is empty. English: \"No data\""},
         Case{"3:No data", "3:\xff", "not UTF-8 text"}})
     CHECK_MESSAGE(contains(problems_with(one.piece, one.other), one.said), one.said);
   CHECK(problems_of("<language>\n<messages>\n\n500:x\n").find("line 4: Number 500") != std::string::npos);
+}
+
+// Names and words that are the same in another language: one English text per line.
+std::set<std::string> same_words() {
+  const std::string path = std::string(FERROWEN_SOURCE_FOLDER) + "/tests/fixtures/languages/same_words.txt";
+  const std::vector<std::string> lines = split_lines(replace_all(read_whole_file(path), "\r", ""));
+  return {lines.begin(), lines.end()};
+}
+
+std::string same_as_english(const LanguageFile& file) {
+  static const std::set<std::string> allowed = same_words();
+  std::string all;
+  const auto compare = [&](std::string_view english, const LanguageText& translated) {
+    const bool is_translated = translated.text != english || allowed.contains(translated.text);
+    // An entry with dots opens a window in every language.
+    if (!is_translated || english.ends_with("...") != translated.text.ends_with("..."))
+      all += std::to_string(translated.line) + ": " + translated.text + "\n";
+  };
+  for (const auto& [number, translated] : file.messages)
+    compare(english_message(number), translated);
+  for (std::size_t section = 0; section < section_count; ++section) {
+    for (const auto& [position, translated] : file.texts.at(section))
+      compare(interface_items(static_cast<Section>(section)).at(position).english, translated);
+  }
+  return all;
 }
 
 TEST_CASE("the shipped language files are complete") {
@@ -234,7 +260,36 @@ TEST_CASE("the shipped language files are complete") {
     return all;
   };
   const std::string source = FERROWEN_SOURCE_FOLDER;
-  REQUIRE(folder_exists(source + "/assets"));
-  CHECK(incomplete(source + "/assets/languages").empty());
+  const std::string shipped = source + "/assets/languages";
+  CHECK(incomplete(shipped) == "");
   CHECK(contains(incomplete(source + "/tests/fixtures/languages"), "Message 12 is missing"));
+  std::string names;
+  for (const std::string& file : list_files(shipped, {".m5l"})) {
+    const LanguageFile language = parse_language(read_whole_file(platform::join(shipped, file)));
+    names += language.display_name + " ";
+    CHECK_MESSAGE(same_as_english(language) == "", file);
+  }
+  CHECK(names == "Deutsch Français ");
+  CHECK_FALSE(same_as_english(parse_language(language_template())).empty());
+}
+
+TEST_CASE(
+    "shipped language files come into the program folder, and newer ones unless somebody changed them") {
+  const TempFolder folder;
+  const ProgramFolder program(folder / "home");
+  const std::string mine = program / "languages/x.m5l";
+  const auto ship = [&](std::string_view text) {
+    folder.write("share/languages/x.m5l", text);
+    REQUIRE(program.copy_assets(folder / "share").ok());
+    return read_whole_file(mine);
+  };
+  REQUIRE(program.create_layout().ok());
+  CHECK(ship("one") == "one");
+  CHECK(ship("two") == "two");
+  folder.write("home/languages/x.m5l", "my own words");
+  CHECK(ship("three") == "my own words");
+  CHECK(ship("four") == "my own words");
+  REQUIRE(remove_file(mine).ok());
+  CHECK(ship("four") == "four");
+  CHECK(ship("five") == "five");
 }
