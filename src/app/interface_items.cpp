@@ -93,6 +93,9 @@ const Items& commands() {
       {"osmconvert_page", "osmconvert page"},
       {"srtm_page", "SRTM pages"},
       {"tool_page", "About contours"},
+      {"unzip_heights", "Unzip HGT files"},
+      {"doctor_mkgmap", "mkgmap: tags"},
+      {"doctor_names", "Names"},
   };
   return items;
 }
@@ -234,6 +237,7 @@ const Items& settings() {
       {"window-layout", "Sizes and places of the windows."},
       {"option-set", "Name of the option set in use."},
       {"homeport", "The HomePort program."},
+      {"srtm-address", "Web address that heights are downloaded from."},
   };
   return items;
 }
@@ -444,6 +448,9 @@ const Items& tooltips() {
       {"run_script", "Saves the script and builds its map"},
       {"clip1tile",
        "Cuts the contour files of the selected tiles (all when none is selected) down to their area"},
+      {"doctor_mkgmap", "Rules that test tags of mkgmap's own"},
+      {"doctor_names", "Rules that ask for a name"},
+      {"typ_problems", "What is wrong with the style or the icons; the sheet is made all the same"},
   };
   return items;
 }
@@ -755,6 +762,8 @@ const Items& labels() {
       {"script_problems", "Check"},
       {"script_fine", "Nothing to remark."},
       {"script_running", "Automation script: %1"},
+      {"doctor_subtypes", "Of this type it draws: %1"},
+      {"typ_problems", "Problems of the style"},
   };
   return items;
 }
