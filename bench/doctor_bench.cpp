@@ -36,7 +36,7 @@ std::size_t write_copies(const StyleLocation& style, const std::string& folder, 
     std::string all;
     for (int copy = 0; copy < copies; ++copy) {
       for (const StyleLine& line : text.lines)
-        if (!include_of_line(line.text) && line.text != "<finalize>") all += line.text + "\n";
+        if (chk_include(line.text).empty() && line.text != "<finalize>") all += line.text + "\n";
     }
     bytes += all.size();
     if (!safe_write(platform::join(folder, rule_file_name(kind)), all).ok()) return 0;

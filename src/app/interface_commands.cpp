@@ -89,6 +89,9 @@ const std::vector<InterfaceItem>& commands_items() {
       {"osmconvert_page", "osmconvert page"},
       {"srtm_page", "SRTM pages"},
       {"tool_page", "About contours"},
+      {"unzip_heights", "Unzip HGT files"},
+      {"doctor_mkgmap", "mkgmap: tags"},
+      {"doctor_names", "Names"},
   };
   return items;
 }

@@ -309,6 +309,8 @@ const std::vector<InterfaceItem>& labels_items() {
       {"script_problems", "Check"},
       {"script_fine", "Nothing to remark."},
       {"script_running", "Automation script: %1"},
+      {"doctor_subtypes", "Of this type it draws: %1"},
+      {"typ_problems", "Problems of the style"},
       {"script_long", "The script is long: it is checked when it is saved."},
       {"doctor_title", "Style Doctor "},
       {"doctor_see_types", "see types"},

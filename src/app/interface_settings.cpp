@@ -139,6 +139,7 @@ const std::vector<InterfaceItem>& settings_items() {
       {"window-layout", "Sizes and places of the windows."},
       {"option-set", "Name of the option set in use."},
       {"homeport", "The HomePort program."},
+      {"srtm-address", "Web address that heights are downloaded from."},
   };
   return items;
 }

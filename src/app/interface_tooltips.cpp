@@ -136,6 +136,9 @@ const std::vector<InterfaceItem>& tooltips_items() {
       {"run_script", "Saves the script and builds its map"},
       {"clip1tile",
        "Cuts the contour files of the selected tiles (all when none is selected) down to their area"},
+      {"doctor_mkgmap", "Rules that test tags of mkgmap's own"},
+      {"doctor_names", "Rules that ask for a name"},
+      {"typ_problems", "What is wrong with the style or the icons; the sheet is made all the same"},
   };
   return items;
 }

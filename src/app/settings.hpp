@@ -53,6 +53,9 @@ struct Field {
 // The thread priorities that Java runs may have, in order.
 inline constexpr std::string_view thread_priorities = "lowest,lower,low,medium,high,higher,highest";
 
+// The SRTM3 downloads, organised in regions.
+inline constexpr std::string_view usual_srtm_address = "https://dds.cr.usgs.gov/srtm/version2_1/SRTM3/";
+
 // Every field, in line order.
 const std::vector<Field>& settings_fields();
 // nullptr when there is no field of that name (names are compared without case).

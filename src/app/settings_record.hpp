@@ -38,7 +38,7 @@ struct Settings {
   std::array<std::string, hgt_folder_slots> hgt_folders;
   std::array<std::string, clip_folder_slots> clip_folders;
   int hgt_slot = 0, clip_slot = 0;
-  std::string hgt_folder, dem_options, contour_options, contour_work_folder;
+  std::string hgt_folder, dem_options, contour_options, contour_work_folder, srtm_address;
   double contour_tolerance = 0;
   // folders
   std::string output_folder, styles_folder, split_folder, gmapsupp_folder, scripts_folder, languages_folder;

@@ -174,6 +174,8 @@ const std::vector<Field>& table() {
       {141, "window-layout", lines, Page::program, "", "Sizes and places of the windows.", &S::window_layout},
       {142, "option-set", text, Page::options, "", "Name of the option set in use.", &S::option_set},
       {143, "homeport", path, Page::tools, "", "The HomePort program.", &S::home_port},
+      {144, "srtm-address", text, Page::elevation, usual_srtm_address,
+       "Web address that heights are downloaded from.", &S::srtm_address},
   };
   return fields;
 }

@@ -147,7 +147,8 @@ class Run {
         m_prompts(prompts),
         m_progress(progress),
         m_report(report),
-        m_services(build_services(prompts, progress)) {
+        m_services(build_services(prompts, progress)),
+        m_clip_folders(workspace.settings) {
     m_workspace.script_running = true;
     m_workspace.flags = {};
   }
@@ -222,6 +223,7 @@ class Run {
   Progress& m_progress;
   AutoReport& m_report;
   BuildServices m_services;
+  KeptClipFolders m_clip_folders;
 };
 
 std::vector<std::string> problems_of(const Workspace& workspace, const std::string& path,

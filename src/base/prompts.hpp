@@ -6,6 +6,7 @@
 #include <optional>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 namespace ferrowen {
@@ -39,6 +40,11 @@ class Prompts {
                      Icon icon = Icon::question) = 0;
   // Nothing when the person gave up.
   virtual std::optional<std::string> choose_file(const FileQuestion& question) = 0;
+  // Several existing files, none when the person gave up. Where only one can be chosen at a time, it is one.
+  virtual std::vector<std::string> choose_files(const FileQuestion& question) {
+    std::optional<std::string> file = choose_file(question);
+    return file ? std::vector<std::string>{std::move(*file)} : std::vector<std::string>{};
+  }
   virtual std::optional<std::string> choose_folder(std::string_view title, const std::string& start) = 0;
   // Puts a text file before the person's eyes (its associated program, or the terminal).
   virtual void show_file(const std::string& path) = 0;

@@ -1,5 +1,6 @@
 #include "base/registry_lines.hpp"
 
+#include <algorithm>
 #include <charconv>
 
 #include "base/text.hpp"
@@ -27,6 +28,15 @@ void LineReader::join_continued(std::string& line) {
     line += take();
   }
   if (line.ends_with('\\')) line.pop_back();
+}
+
+void LineReader::report(std::string_view problem) {
+  m_problems.push_back("line " + std::to_string(m_number) + ": " + std::string(problem));
+}
+
+std::string up_to_nul(std::string text) {
+  text.resize(std::min(text.size(), text.find('\0')));
+  return text;
 }
 
 std::optional<std::size_t> closing_quote(std::string_view text) {

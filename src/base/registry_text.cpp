@@ -56,11 +56,6 @@ std::string unescaped(std::string_view text) {
   return result;
 }
 
-std::string up_to_nul(std::string text) {
-  text.resize(std::min(text.size(), text.find('\0')));
-  return text;
-}
-
 std::string from_ansi(std::string_view bytes) {
   if (std::all_of(bytes.begin(), bytes.end(), [](char c) { return static_cast<unsigned char>(c) < 0x80; }))
     return std::string(bytes);
@@ -85,20 +80,21 @@ class Parser {
 
   RegistryText parse() {
     std::string line;
-    if (!read_header(line)) return std::move(m_result);
-    while (m_lines.next(line)) {
-      if (line.empty() || line[0] == ';' || line[0] == '#') continue;
-      if (line[0] == '[')
-        read_key(line);
-      else
-        read_value(line);
+    if (read_header(line)) {
+      while (m_lines.next(line))
+        read_line(line);
     }
+    m_result.problems = m_lines.take_problems();
     return std::move(m_result);
   }
 
  private:
-  void problem(const std::string& text) {
-    m_result.problems.push_back("line " + std::to_string(m_lines.number()) + ": " + text);
+  void read_line(std::string& line) {
+    if (line.empty() || line[0] == ';' || line[0] == '#') return;
+    if (line[0] == '[')
+      read_key(line);
+    else
+      read_value(line);
   }
 
   bool read_header(std::string& line) {
@@ -108,7 +104,7 @@ class Parser {
       if (m_is_ansi || line == regedit5_header) return true;
       break;
     }
-    problem("no registry text begins so");
+    m_lines.report("no registry text begins so");
     return false;
   }
 
@@ -117,9 +113,9 @@ class Parser {
     const std::size_t end = line.rfind(']');
     const bool remove = line.starts_with("[-");
     const std::size_t start = remove ? 2 : 1;
-    if (end == std::string_view::npos || end < start) return problem("a key without ']'");
+    if (end == std::string_view::npos || end < start) return m_lines.report("a key without ']'");
     const std::string key = full_key(line.substr(start, end - start));
-    if (key.empty()) return problem("not a key of the registry");
+    if (key.empty()) return m_lines.report("not a key of the registry");
     m_result.changes.push_back({key, remove, {}, {}});
     m_in_key = !remove;
   }
@@ -129,23 +125,23 @@ class Parser {
     std::string name;
     if (line[0] == '"') {
       const std::optional<std::size_t> close = registry_lines::closing_quote(line);
-      if (!close) return problem("a name without its closing quote");
+      if (!close) return m_lines.report("a name without its closing quote");
       name = unescaped(std::string_view(line).substr(1, *close - 1));
       behind_name = *close + 1;
     } else if (line[0] != '@') {
-      return problem("neither a key nor a value");
+      return m_lines.report("neither a key nor a value");
     }
     std::string rest(trim(std::string_view(line).substr(behind_name)));
-    if (!rest.starts_with('=')) return problem("a name without '='");
+    if (!rest.starts_with('=')) return m_lines.report("a name without '='");
     rest = trim(std::string_view(rest).substr(1));
     if (lower_ascii(rest.substr(0, 3)) == "hex") m_lines.join_continued(rest);
-    if (!m_in_key) return problem("a value outside a key");
+    if (!m_in_key) return m_lines.report("a value outside a key");
     if (rest == "-") {
       m_result.changes.back().removed_values.push_back(name);
       return;
     }
     std::optional<RegistryValue> value = data_of(rest);
-    if (!value) return problem("the data of this value cannot be read");
+    if (!value) return m_lines.report("the data of this value cannot be read");
     value->name = std::move(name);
     m_result.changes.back().values.push_back(std::move(*value));
   }
@@ -154,7 +150,7 @@ class Parser {
     if (text.starts_with('"')) {
       const std::optional<std::size_t> close = registry_lines::closing_quote(text);
       if (!close || !is_end(text.substr(*close + 1))) return std::nullopt;
-      return RegistryValue{"", type::text, up_to_nul(unescaped(text.substr(1, *close - 1)))};
+      return RegistryValue{"", type::text, registry_lines::up_to_nul(unescaped(text.substr(1, *close - 1)))};
     }
     const std::string lower = lower_ascii(text);
     if (lower.starts_with("dword:")) {
@@ -168,7 +164,8 @@ class Parser {
     if (!bytes) return std::nullopt;
     const bool is_text = typed->type == type::text || typed->type == type::expanding_text;
     if (!is_text) return RegistryValue{"", typed->type, *bytes};
-    return RegistryValue{"", typed->type, up_to_nul(m_is_ansi ? from_ansi(*bytes) : utf8_of_utf16(*bytes))};
+    return RegistryValue{"", typed->type,
+                         registry_lines::up_to_nul(m_is_ansi ? from_ansi(*bytes) : utf8_of_utf16(*bytes))};
   }
 
   static bool is_end(std::string_view rest) {

@@ -82,18 +82,13 @@ std::string unescaped(std::string_view text) {
   return simple ? std::move(*simple) : utf8_of_utf16(utf16_of_escaped(text));
 }
 
-std::string up_to_nul(std::string text) {
-  text.resize(std::min(text.size(), text.find('\0')));
-  return text;
-}
-
 std::optional<RegistryValue> text_value(std::uint32_t kind, std::string_view quoted) {
   const std::optional<std::size_t> close =
       quoted.starts_with('"') ? registry_lines::closing_quote(quoted) : std::nullopt;
   if (!close) return std::nullopt;
   const std::string_view inside = quoted.substr(1, *close - 1);
   if (kind == type::text || kind == type::expanding_text)
-    return RegistryValue{"", kind, up_to_nul(unescaped(inside))};
+    return RegistryValue{"", kind, registry_lines::up_to_nul(unescaped(inside))};
   return RegistryValue{"", kind, utf16_of_escaped(inside) + std::string(2, '\0')};
 }
 
@@ -110,7 +105,7 @@ std::optional<RegistryValue> data_of(std::string_view text) {
   const std::optional<std::string> bytes = typed ? registry_lines::bytes_of_list(typed->list) : std::nullopt;
   if (!bytes) return std::nullopt;
   const bool is_text = typed->type == type::text || typed->type == type::expanding_text;
-  return RegistryValue{"", typed->type, is_text ? up_to_nul(utf8_of_utf16(*bytes)) : *bytes};
+  return RegistryValue{"", typed->type, is_text ? registry_lines::up_to_nul(utf8_of_utf16(*bytes)) : *bytes};
 }
 
 class Parser {
@@ -120,20 +115,17 @@ class Parser {
 
   WineRegistryText parse() {
     std::string line;
-    if (!m_lines.next(line) || !line.starts_with("WINE REGISTRY Version")) {
-      problem("not a registry file of Wine");
-      return std::move(m_result);
+    if (m_lines.next(line) && line.starts_with("WINE REGISTRY Version")) {
+      while (m_lines.next(line))
+        read_line(line);
+    } else {
+      m_lines.report("not a registry file of Wine");
     }
-    while (m_lines.next(line))
-      read_line(line);
+    m_result.problems = m_lines.take_problems();
     return std::move(m_result);
   }
 
  private:
-  void problem(const std::string& text) {
-    m_result.problems.push_back("line " + std::to_string(m_lines.number()) + ": " + text);
-  }
-
   void read_line(std::string& line) {
     if (line.empty()) return;
     if (line[0] == '[') return read_key(line);
@@ -146,7 +138,7 @@ class Parser {
   void read_key(std::string_view line) {
     m_in_key = false;
     const std::size_t end = line.rfind(']');
-    if (end == std::string_view::npos) return problem("a key without ']'");
+    if (end == std::string_view::npos) return m_lines.report("a key without ']'");
     const std::string key = unescaped(line.substr(1, end - 1));
     if (!m_wanted(lower_ascii(key))) return;
     m_result.changes.push_back({m_root + "\\" + key, false, {}, {}});
@@ -158,16 +150,16 @@ class Parser {
     std::string name;
     if (line[0] == '"') {
       const std::optional<std::size_t> close = registry_lines::closing_quote(line);
-      if (!close) return problem("a name without its closing quote");
+      if (!close) return m_lines.report("a name without its closing quote");
       name = unescaped(std::string_view(line).substr(1, *close - 1));
       behind_name = *close + 1;
     }
     std::string rest = line.substr(behind_name);
-    if (!rest.starts_with('=')) return problem("a name without '='");
+    if (!rest.starts_with('=')) return m_lines.report("a name without '='");
     rest.erase(0, 1);
     if (rest.starts_with("hex")) m_lines.join_continued(rest);
     std::optional<RegistryValue> value = data_of(rest);
-    if (!value) return problem("the data of this value cannot be read");
+    if (!value) return m_lines.report("the data of this value cannot be read");
     value->name = std::move(name);
     m_result.changes.back().values.push_back(std::move(*value));
   }

@@ -1,6 +1,6 @@
 #include "cli/automation_line.hpp"
 
-#include <CLI/CLI.hpp>
+#include "cli/line_parts.hpp"
 
 namespace ferrowen {
 
@@ -23,21 +23,17 @@ constexpr const char* script_footer = R"(Examples:
 }  // namespace
 
 void add_automation(CLI::App& app, AutomationArguments& arguments, const std::string& global_hint) {
-  CLI::App* run = app.add_subcommand("run", "Build maps by automation scripts, without a question");
-  run->group("Commands");
-  run->footer(std::string(run_footer) + "\n\n" + global_hint);
+  CLI::App* run = add_command(app, "run", "Build maps by automation scripts, without a question",
+                              with_hint(run_footer, global_hint));
   run->add_option("SCRIPT.auto", arguments.run.scripts, "Scripts, in the order in which they are run")
       ->type_name("")
       ->required();
 
-  CLI::App* script = app.add_subcommand("script", "Begin or check an automation script");
-  script->group("Commands");
-  script->footer(std::string(script_footer) + "\n\n" + global_hint);
+  CLI::App* script = add_command(app, "script", "Begin or check an automation script",
+                                 with_hint(script_footer, global_hint));
   script->require_subcommand(1);
   const auto add = [&](const char* name, ScriptArguments::Action action, const char* help, const char* file) {
-    CLI::App* command = script->add_subcommand(name, help);
-    command->group("Commands");
-    command->footer(global_hint);
+    CLI::App* command = add_command(*script, name, help, global_hint);
     command->add_option("FILE", arguments.script.file, file)->type_name("")->required();
     command->callback([&arguments, action] { arguments.script.action = action; });
   };

@@ -1,6 +1,5 @@
 #include "cli/command_line.hpp"
 
-#include <CLI/CLI.hpp>
 #include <algorithm>
 #include <sstream>
 
@@ -8,9 +7,11 @@
 #include "base/text.hpp"
 #include "cli/automation_line.hpp"
 #include "cli/completion.hpp"
+#include "cli/converter_line.hpp"
 #include "cli/elevation_line.hpp"
+#include "cli/line_parts.hpp"
 #include "cli/near_names.hpp"
-#include "styletools/doctor_report.hpp"
+#include "cli/style_line.hpp"
 
 namespace ferrowen {
 
@@ -71,52 +72,8 @@ Examples:
   ferrowen maps unused --delete Old_Map --delete Test
   ferrowen maps unused --recover Old_Map)";
 
-constexpr const char* doctor_footer =
-    R"(Checks: typ (needs a TYP file), road-class, resolution, level, tags, unused, style, places.
-All of them when none is named; lists of what is in order come with --check or --verbose.
-Examples:
-  ferrowen doctor styles/mystyle --typ mystyle.typ
-  ferrowen doctor default --check style --kind lines
-  ferrowen doctor . --typ ../my.typ --format csv > report.csv
-
-Exit status: 0 nothing found, 1 something found, 2 unreadable.)";
-
-std::vector<std::string> check_names() {
-  std::vector<std::string> names;
-  for (const DoctorCheck check : doctor_checks)
-    names.emplace_back(check_name(check));
-  return names;
-}
-
-constexpr const char* typ_footer = R"(Examples:
-  ferrowen typ show mapnik65001.typ
-  ferrowen typ show mapnik65001.typ -o mapnik.txt     (in the code page of the file, for mkgmap)
-  ferrowen typ show mapnik65001.typ --format csv
-  ferrowen typ new mystyle --fid 1234 --complete -o mystyle.txt)";
-
-constexpr const char* gpx_footer =
-    R"(Each route or track segment becomes a line of NAME.mp in the folder mps of the program folder.
-Types are hexadecimal numbers, written without 0x.
-Examples:
-  ferrowen gpx2mp tour.gpx --points --name
-  ferrowen gpx2mp *.gpx --type 16 --label "Our tours"
-  ferrowen build ~/.local/share/ferrowen/mps/tour.mp --option --code-page=1251)";
-
-constexpr const char* kml_footer =
-    R"(Placemarks with a path become lines of NAME.mp in the folder mps of the program folder, with
---points those with a single position points. Types are hexadecimal numbers, written without 0x.
-Examples:
-  ferrowen kml2mp places.kml --points
-  ferrowen kml2mp ways.kml --type 1c --label Border)";
-
 std::string footer(const std::string& text) {
   return text.empty() ? global_hint : text + "\n\n" + global_hint;
-}
-
-template <typename Value>
-void text_option(CLI::App& command, const std::string& name, Value& value, const std::string& type,
-                 const std::string& help) {
-  command.add_option(name, value, help)->type_name(type)->take_last();
 }
 
 void add_global_options(CLI::App& app, GlobalOptions& global) {
@@ -128,23 +85,13 @@ void add_global_options(CLI::App& app, GlobalOptions& global) {
   app.set_version_flag("--version", std::string("ferrowen ") + version_text, "Print the version");
 }
 
-CLI::App* add_command(CLI::App& app, const std::string& name, const std::string& help,
-                      const std::string& footer_text) {
-  CLI::App* command = app.add_subcommand(name, help);
-  command->group("Commands");
-  command->footer(footer(footer_text));
-  return command;
-}
-
 void add_settings(CLI::App& app, SettingsArguments& arguments) {
   using Action = SettingsArguments::Action;
   CLI::App* settings =
-      add_command(app, "settings", "Show, change, back up or restore the settings", settings_footer);
+      add_command(app, "settings", "Show, change, back up or restore the settings", footer(settings_footer));
   settings->require_subcommand(1);
   const auto add = [&](const std::string& name, Action action, const std::string& help) {
-    CLI::App* command = settings->add_subcommand(name, help);
-    command->group("Commands");
-    command->footer(global_hint);
+    CLI::App* command = add_command(*settings, name, help, global_hint);
     command->callback([&arguments, action] { arguments.action = action; });
     return command;
   };
@@ -169,7 +116,7 @@ void add_settings(CLI::App& app, SettingsArguments& arguments) {
 }
 
 void add_split(CLI::App& app, SplitArguments& arguments) {
-  CLI::App* split = add_command(app, "split", "Cut a large map file into tiles", split_footer);
+  CLI::App* split = add_command(app, "split", "Cut a large map file into tiles", footer(split_footer));
   split->add_option("INPUT", arguments.input, "Map file: .osm, .osm.gz, .pbf or .o5m")
       ->type_name("")
       ->required();
@@ -181,7 +128,7 @@ void add_split(CLI::App& app, SplitArguments& arguments) {
 }
 
 void add_tiles(CLI::App& app, TilesArguments& arguments) {
-  CLI::App* tiles = add_command(app, "tiles", "Show the tiles of the last split", "");
+  CLI::App* tiles = add_command(app, "tiles", "Show the tiles of the last split", footer(""));
   text_option(*tiles, "--save", arguments.save, "N,N",
               "Keep these tiles as the selection that 'build --tiles saved' builds");
 }
@@ -227,19 +174,18 @@ void add_run_options(CLI::App& build, BuildArguments& arguments) {
 
 void add_build(CLI::App& app, BuildArguments& arguments) {
   CLI::App* build =
-      add_command(app, "build", "Build a Garmin map, splitting first where needed", build_footer);
+      add_command(app, "build", "Build a Garmin map, splitting first where needed", footer(build_footer));
   add_map_options(*build, arguments);
   add_run_options(*build, arguments);
 }
 
 void add_language(CLI::App& app, LanguageArguments& arguments) {
   using Action = LanguageArguments::Action;
-  CLI::App* language = add_command(app, "language", "List, begin or check language files", language_footer);
+  CLI::App* language =
+      add_command(app, "language", "List, begin or check language files", footer(language_footer));
   language->require_subcommand(1);
   const auto add = [&](const std::string& name, Action action, const std::string& help) {
-    CLI::App* command = language->add_subcommand(name, help);
-    command->group("Commands");
-    command->footer(global_hint);
+    CLI::App* command = add_command(*language, name, help, global_hint);
     command->callback([&arguments, action] { arguments.action = action; });
     return command;
   };
@@ -253,31 +199,9 @@ void add_language(CLI::App& app, LanguageArguments& arguments) {
            "Language file to read");
 }
 
-void add_doctor(CLI::App& app, DoctorArguments& arguments) {
-  CLI::App* doctor =
-      add_command(app, "doctor", "Check an mkgmap style, alone and against a TYP file", doctor_footer);
-  doctor->add_option("STYLE", arguments.style, "Folder of the style, or its name in the styles folder")
-      ->type_name("")
-      ->required();
-  text_option(*doctor, "--typ", arguments.typ, "FILE", "Compiled TYP file that is to draw the style");
-  doctor->add_option("--check", arguments.checks, "Run this check alone; may be repeated")
-      ->type_name("NAME")
-      ->allow_extra_args(false)
-      ->check(CLI::IsMember(check_names()).description(""));
-  doctor->add_option("--kind", arguments.kind, "Read this rule file alone")
-      ->type_name("polygons|lines|points")
-      ->take_last()
-      ->check(CLI::IsMember({"polygons", "lines", "points"}).description(""));
-  doctor->add_option("--format", arguments.format, "How findings are printed")
-      ->type_name("text|csv|json")
-      ->take_last()
-      ->check(CLI::IsMember({"text", "csv", "json"}).description(""));
-}
-
 void add_unused_maps(CLI::App& maps, UnusedMapsArguments& arguments) {
-  CLI::App* unused = maps.add_subcommand("unused", "List, delete or recover maps that nothing uses any more");
-  unused->group("Commands");
-  unused->footer(footer(unused_maps_footer));
+  CLI::App* unused = add_command(maps, "unused", "List, delete or recover maps that nothing uses any more",
+                                 footer(unused_maps_footer));
   CLI::Option* remove =
       unused->add_option("--delete", arguments.remove, "Delete these folders; asks first")->type_name("DIR");
   unused->add_option("--recover", arguments.recover, "Register the map of this folder again")
@@ -287,76 +211,18 @@ void add_unused_maps(CLI::App& maps, UnusedMapsArguments& arguments) {
 }
 
 void add_maps(CLI::App& app, MapsArguments& arguments, UnusedMapsArguments& unused) {
-  CLI::App* maps = add_command(app, "maps", "Maps that are kept on this machine", maps_footer);
+  CLI::App* maps = add_command(app, "maps", "Maps that are kept on this machine", footer(maps_footer));
   maps->require_subcommand(1);
-  CLI::App* list = maps->add_subcommand("list", "Show the maps that BaseCamp and MapSource know");
+  CLI::App* list = add_command(*maps, "list", "Show the maps that BaseCamp and MapSource know", global_hint);
   list->callback([&arguments] { arguments.action = MapsArguments::Action::list; });
-  CLI::App* remove = maps->add_subcommand("remove", "Remove a registered map and its files; asks first");
+  CLI::App* remove =
+      add_command(*maps, "remove", "Remove a registered map and its files; asks first", global_hint);
   remove->callback([&arguments] { arguments.action = MapsArguments::Action::remove; });
   remove->add_option("NAME", arguments.name, "Product name of the map")->type_name("")->required();
   remove->add_option("--fid", arguments.fid, "Family ID, where several maps have this name")
       ->type_name("N")
       ->take_last();
-  for (CLI::App* command : {list, remove}) {
-    command->group("Commands");
-    command->footer(global_hint);
-  }
   add_unused_maps(*maps, unused);
-}
-
-void add_typ(CLI::App& app, TypArguments& arguments) {
-  CLI::App* typ = add_command(app, "typ", "Show a compiled TYP file, or begin one for a style", typ_footer);
-  typ->require_subcommand(1);
-  CLI::App* show = typ->add_subcommand("show", "Print a compiled TYP file as TYP text");
-  show->callback([&arguments] { arguments.action = TypArguments::Action::show; });
-  show->add_option("FILE", arguments.file, "Compiled TYP file")->type_name("")->required();
-  show->add_option("--format", arguments.format, "text: TYP text; csv: one line per definition")
-      ->type_name("text|csv|json")
-      ->take_last()
-      ->check(CLI::IsMember({"text", "csv", "json"}).description(""));
-  text_option(*show, "-o,--output", arguments.output, "FILE", "Write it to a file instead");
-  text_option(*show, "--editor-files", arguments.editor_files, "FILE",
-              "Write FILE_polygons.tvkx, FILE_lines.tvkx and FILE_points.tvkx instead");
-  CLI::App* create = typ->add_subcommand("new", "Write a first TYP text that draws every type of a style");
-  create->callback([&arguments] { arguments.action = TypArguments::Action::create; });
-  create->add_option("STYLE", arguments.style, "Name or folder of an mkgmap style")
-      ->type_name("")
-      ->required();
-  text_option(*create, "--fid", arguments.family_id, "N", "Family ID, 1 to 65000 (12345)");
-  create->add_flag("--complete", arguments.complete,
-                   "Neutral fills for polygons without a colour, so that mkgmap accepts the text; do without "
-                   "missing rule files");
-  text_option(*create, "-o,--output", arguments.output, "FILE", "TYP text to write");
-  create->get_option("--output")->required();
-  for (CLI::App* command : {show, create}) {
-    command->group("Commands");
-    command->footer(global_hint);
-  }
-}
-
-CLI::App* add_converter(CLI::App& app, const std::string& name, const std::string& help,
-                        const std::string& footer_text, ConvertArguments& arguments) {
-  CLI::App* command = add_command(app, name, help, footer_text);
-  command->add_option("FILE", arguments.files, "Files to convert")->type_name("")->required();
-  text_option(*command, "--type", arguments.type, "HEX", "Type of the lines; 16 without it");
-  text_option(*command, "--label", arguments.label, "T", "Label; without it the one found in the file");
-  command->add_flag("--show", arguments.show, "Show the end of the files that were written");
-  return command;
-}
-
-void add_converters(CLI::App& app, GpxArguments& gpx, KmlArguments& kml) {
-  CLI::App* tracks =
-      add_converter(app, "gpx2mp", "Convert GPX routes and tracks to Polish MP", gpx_footer, gpx);
-  tracks->add_flag("--name", gpx.offer_name, "Look for a name in the file and offer it as label");
-  tracks->add_flag("--polygon", gpx.polygon, "Write polygons instead of lines");
-  tracks->add_flag("--points", gpx.points, "Write points at the start, half way and the finish");
-  text_option(*tracks, "--start-type", gpx.start_type, "HEX", "Type of the start point; 6412 without it");
-  text_option(*tracks, "--half-way-type", gpx.half_way_type, "HEX",
-              "Type of the point half way; 52 without it");
-  text_option(*tracks, "--finish-type", gpx.finish_type, "HEX", "Type of the finish point; 6412 without it");
-  CLI::App* placemarks = add_converter(app, "kml2mp", "Convert KML placemarks to Polish MP", kml_footer, kml);
-  placemarks->add_flag("--points", kml.points, "Write placemarks with a single position as points");
-  text_option(*placemarks, "--point-type", kml.point_type, "HEX", "Type of the points; 2f without it");
 }
 
 constexpr const char* completion_footer = R"(Examples:
@@ -383,10 +249,8 @@ struct Parser {
   UnusedMapsArguments unused_maps;
   ElevationArguments elevation;
   AutomationArguments automation;
-  DoctorArguments doctor;
-  TypArguments typ;
-  GpxArguments gpx;
-  KmlArguments kml;
+  StyleArguments style;
+  ConverterArguments converters;
   std::string completion_shell;
 
   Parser() {
@@ -406,10 +270,10 @@ struct Parser {
     add_maps(app, maps, unused_maps);
     add_elevation(app, elevation, global_hint);
     add_automation(app, automation, global_hint);
-    add_doctor(app, doctor);
-    add_converters(app, gpx, kml);
+    add_doctor(app, style.doctor, global_hint);
+    add_converters(app, converters, global_hint);
     add_language(app, language);
-    add_typ(app, typ);
+    add_typ(app, style.typ, global_hint);
     add_completion(app, completion_shell);
     app.require_subcommand(1);
     app.footer(main_footer);
@@ -431,15 +295,15 @@ struct Parser {
     if (app.got_subcommand("run")) return {global, automation.run};
     if (app.got_subcommand("script")) return {global, automation.script};
     if (app.got_subcommand("doctor")) {
-      if (doctor.format == "json") global.json = true;
-      return {global, doctor};
+      if (style.doctor.format == "json") global.json = true;
+      return {global, style.doctor};
     }
     if (app.got_subcommand("typ")) {
-      if (typ.format == "json") global.json = true;
-      return {global, typ};
+      if (style.typ.format == "json") global.json = true;
+      return {global, style.typ};
     }
-    if (app.got_subcommand("gpx2mp")) return {global, gpx};
-    if (app.got_subcommand("kml2mp")) return {global, kml};
+    if (app.got_subcommand("gpx2mp")) return {global, converters.gpx};
+    if (app.got_subcommand("kml2mp")) return {global, converters.kml};
     return {global, build};
   }
 };

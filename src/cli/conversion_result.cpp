@@ -22,20 +22,6 @@ ExitStatus exit_status_of(ConversionEnd end) {
   return ExitStatus::run_failed;
 }
 
-}  // namespace
-
-void choose(std::string& choice, const std::optional<std::string>& value) {
-  if (value) choice = *value;
-}
-
-ExitStatus open_converter(Session& session, ConvertArguments& arguments) {
-  platform::catch_interrupts();
-  for (std::string& file : arguments.files)
-    file = platform::absolute(file);
-  // The settings are left alone: a window may be open meanwhile.
-  return session.open(Session::Access::read, Session::Notes::drop);
-}
-
 ExitStatus show_conversion(Session& session, const ConvertArguments& arguments,
                            const Conversion& conversion) {
   session.json["files"] = Json::array();
@@ -60,6 +46,24 @@ ExitStatus show_conversion(Session& session, const ConvertArguments& arguments,
   }
   session.prompts.print_shown_files();
   return exit_status_of(conversion.end);
+}
+
+}  // namespace
+
+void choose(std::string& choice, const std::optional<std::string>& value) {
+  if (value) choice = *value;
+}
+
+ExitStatus run_conversion(Session& session, const ConvertArguments& arguments,
+                          const std::function<Conversion(const std::vector<std::string>& files)>& convert) {
+  platform::catch_interrupts();
+  std::vector<std::string> files;
+  for (const std::string& file : arguments.files)
+    files.push_back(platform::absolute(file));
+  // The settings are left alone: a window may be open meanwhile.
+  const ExitStatus opened = session.open(Session::Access::read, Session::Notes::drop);
+  if (opened != ExitStatus::done) return opened;
+  return show_conversion(session, arguments, convert(files));
 }
 
 }  // namespace ferrowen

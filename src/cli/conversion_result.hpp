@@ -1,8 +1,10 @@
-// What both converters to Polish MP have in common on the command line: their choices and their result.
+// What both converters to Polish MP have in common on the command line: how they are run and their result.
 #pragma once
 
+#include <functional>
 #include <optional>
 #include <string>
+#include <vector>
 
 #include "cli/command_line.hpp"
 #include "cli/exit_status.hpp"
@@ -13,9 +15,9 @@ namespace ferrowen {
 
 // Sets a choice when its option was given.
 void choose(std::string& choice, const std::optional<std::string>& value);
-// The start-up, and full paths of the files.
-ExitStatus open_converter(Session& session, ConvertArguments& arguments);
-// Prints what was written, and the status of the program.
-ExitStatus show_conversion(Session& session, const ConvertArguments& arguments, const Conversion& conversion);
+// Start-up, conversion, and what was written. `convert` gets the full paths of the files. The result is the
+// status of the program.
+ExitStatus run_conversion(Session& session, const ConvertArguments& arguments,
+                          const std::function<Conversion(const std::vector<std::string>& files)>& convert);
 
 }  // namespace ferrowen

@@ -1,6 +1,6 @@
 #include "cli/elevation_line.hpp"
 
-#include <CLI/CLI.hpp>
+#include "cli/line_parts.hpp"
 
 namespace ferrowen {
 
@@ -29,20 +29,6 @@ constexpr const char* merge_footer = R"(Examples:
   ferrowen merge -o both.pbf liechtenstein.osm.pbf N47E009clp.pbf
   ferrowen merge -o all.pbf --list parts.lst      one path per line)";
 
-template <typename Value>
-void text_option(CLI::App& command, const std::string& name, Value& value, const std::string& type,
-                 const std::string& help) {
-  command.add_option(name, value, help)->type_name(type)->take_last();
-}
-
-CLI::App* add_command(CLI::App& app, const std::string& name, const std::string& help,
-                      const std::string& footer) {
-  CLI::App* command = app.add_subcommand(name, help);
-  command->group("Commands");
-  command->footer(footer);
-  return command;
-}
-
 void add_area(CLI::App& command, AreaArguments& area) {
   text_option(command, "--tiles", area.tiles, "N,N", "For these tiles alone; saved: the saved selection");
   text_option(command, "--hgt", area.hgt, "DIR", "Folder of the height tiles (.hgt)");
@@ -51,7 +37,7 @@ void add_area(CLI::App& command, AreaArguments& area) {
 void add_contours(CLI::App& app, ContoursArguments& arguments, const std::string& hint) {
   CLI::App* contours =
       add_command(app, "contours", "Make contour lines from heights, or clip them to the map",
-                  contours_footer + ("\n\n" + hint));
+                  with_hint(contours_footer, hint));
   contours->require_subcommand(1);
   CLI::App* make = add_command(*contours, "make", "Make contour files (.osm) with the contour tool", hint);
   make->callback([&arguments] { arguments.action = ContoursArguments::Action::make; });
@@ -71,14 +57,15 @@ void add_contours(CLI::App& app, ContoursArguments& arguments, const std::string
 }  // namespace
 
 void add_elevation(CLI::App& app, ElevationArguments& arguments, const std::string& hint) {
-  const auto footer = [&](const char* text) { return text + ("\n\n" + hint); };
-  CLI::App* hgt =
-      add_command(app, "hgt", "Show which height tiles the map needs and where they are", footer(hgt_footer));
+  CLI::App* hgt = add_command(app, "hgt", "Show which height tiles the map needs and where they are",
+                              with_hint(hgt_footer, hint));
   add_area(*hgt, arguments.hgt.area);
   add_contours(app, arguments.contours, hint);
-  CLI::App* unzip = add_command(app, "unzip", "Unpack the zip archives of a folder", footer(unzip_footer));
+  CLI::App* unzip =
+      add_command(app, "unzip", "Unpack the zip archives of a folder", with_hint(unzip_footer, hint));
   unzip->add_option("DIR", arguments.unzip.folder, "Folder with the archives")->type_name("")->required();
-  CLI::App* merge = add_command(app, "merge", "Join several PBF files into one", footer(merge_footer));
+  CLI::App* merge =
+      add_command(app, "merge", "Join several PBF files into one", with_hint(merge_footer, hint));
   merge->add_option("FILE", arguments.merge.files, "Files to join (*.pbf)")->type_name("");
   text_option(*merge, "-o,--output", arguments.merge.output, "OUT", "File to write (*.pbf)");
   text_option(*merge, "--list", arguments.merge.list, "FILE.lst", "Text file with the paths of the files");

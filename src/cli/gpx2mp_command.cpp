@@ -4,9 +4,7 @@
 
 namespace ferrowen {
 
-ExitStatus run_command(Session& session, const GpxArguments& given) {
-  GpxArguments arguments = given;
-  if (const ExitStatus opened = open_converter(session, arguments); opened != ExitStatus::done) return opened;
+ExitStatus run_command(Session& session, const GpxArguments& arguments) {
   GpxChoices choices;
   choose(choices.line_type, arguments.type);
   choose(choices.label, arguments.label);
@@ -16,9 +14,9 @@ ExitStatus run_command(Session& session, const GpxArguments& given) {
   choices.offers_name = arguments.offer_name;
   choices.writes_points = arguments.points;
   choices.is_polygon = arguments.polygon;
-  return show_conversion(
-      session, arguments,
-      gpx2mp(session.workspace, session.prompts, session.progress, arguments.files, choices));
+  return run_conversion(session, arguments, [&](const std::vector<std::string>& files) {
+    return gpx2mp(session.workspace, session.prompts, session.progress, files, choices);
+  });
 }
 
 }  // namespace ferrowen

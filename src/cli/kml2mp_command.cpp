@@ -4,17 +4,15 @@
 
 namespace ferrowen {
 
-ExitStatus run_command(Session& session, const KmlArguments& given) {
-  KmlArguments arguments = given;
-  if (const ExitStatus opened = open_converter(session, arguments); opened != ExitStatus::done) return opened;
+ExitStatus run_command(Session& session, const KmlArguments& arguments) {
   KmlChoices choices;
   choose(choices.line_type, arguments.type);
   choose(choices.point_type, arguments.point_type);
   choose(choices.label, arguments.label);
   choices.writes_points = arguments.points;
-  return show_conversion(
-      session, arguments,
-      kml2mp(session.workspace, session.prompts, session.progress, arguments.files, choices));
+  return run_conversion(session, arguments, [&](const std::vector<std::string>& files) {
+    return kml2mp(session.workspace, session.prompts, session.progress, files, choices);
+  });
 }
 
 }  // namespace ferrowen

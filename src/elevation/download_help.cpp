@@ -17,7 +17,7 @@ namespace {
 constexpr std::size_t most_pages = 8;  // opened in the person's browser at once
 
 std::string with_slash(std::string_view base) {
-  std::string address(trim(base).empty() ? srtm_base_address : trim(base));
+  std::string address(trim(base).empty() ? usual_srtm_address : trim(base));
   return address.ends_with('/') ? address : address + "/";
 }
 
@@ -52,6 +52,11 @@ Result<std::string> name_of_download(const std::string& path) {
 }
 
 }  // namespace
+
+std::string srtm_base_address(const Settings& settings) {
+  const std::string_view address = trim(settings.srtm_address);
+  return std::string(address.empty() ? usual_srtm_address : address);
+}
 
 std::string download_address(std::string_view base, std::string_view region, std::string_view cell_name) {
   return with_slash(base) + std::string(region) + "/" + replace_all(cell_name, ".hgt", "") + ".hgt.zip";

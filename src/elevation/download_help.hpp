@@ -11,12 +11,13 @@
 
 namespace ferrowen {
 
-inline constexpr const char* srtm_base_address = "https://dds.cr.usgs.gov/srtm/version2_1/SRTM3/";
 inline constexpr const char* search_all = "Search All";
 // The download folders of SRTM3.
 inline constexpr std::array<std::string_view, 6> srtm_regions = {"Africa",  "Australia",     "Eurasia",
                                                                  "Islands", "North_America", "South_America"};
 
+// The address that the settings name, the usual one when they name none.
+std::string srtm_base_address(const Settings& settings);
 // Base address + region + "/" + cell name + ".hgt.zip". A blank base is the usual one.
 std::string download_address(std::string_view base, std::string_view region, std::string_view cell_name);
 // The pages to open for these cells: one per cell, or the folder of the region when that would open too many;

@@ -18,10 +18,11 @@ namespace {
 
 constexpr std::string_view pbf_ending = ".pbf";
 constexpr std::string_view work_folder_name = "temp/merge";
+constexpr std::string_view part_ending = ".o5m", left_out_ending = ".left";
 constexpr std::size_t longest_list = 8000;  // bytes of part names on one line of a batch file
 
 std::string part_path(const MergeScript& script, std::size_t number) {
-  return platform::join(script.work_folder, "p" + std::to_string(number) + ".o5m");
+  return platform::join(script.work_folder, "p" + std::to_string(number) + std::string(part_ending));
 }
 
 std::shared_ptr<const ConsoleScript> only(Step step) {
@@ -42,15 +43,28 @@ void delete_when_failed(const std::string& path, Dialect dialect, ConsoleScript&
                               : "case $? in 0|92) ;; *) rm -f -- " + name + ";; esac"});
 }
 
+// What stands in a console window is read by nobody but the person: the file that stays behind tells the
+// rest.
+void mark_when_missing(const std::string& part, Dialect dialect, ConsoleScript& console) {
+  const Result<std::string> name = render_path(part, dialect);
+  const Result<std::string> mark = render_path(part + std::string(left_out_ending), dialect);
+  if (!name.ok() || !mark.ok()) return;  // the steps beside this one tell it
+  console.add(step::Lines{dialect == Dialect::batch
+                              ? "if not exist " + name.value + " type nul >" + mark.value
+                              : "[ -e " + name.value + " ] || : >" + mark.value});
+}
+
 void add_conversions(const MergeScript& script, Dialect dialect, ConsoleScript& console) {
   for (std::size_t i = 1; i <= script.files.size(); ++i) {
     const std::string& file = script.files[i - 1];
+    const std::string& given = script.given_files.empty() ? file : script.given_files.at(i - 1);
     const std::string part = part_path(script, i);
     console.add(step::Echo{"@echo ", "converting " + file})
-        .add(step::Run{{script.osmconvert, {word(file), option("-o", part)}}});
+        .add(step::Run{{script.osmconvert, {word(given), option("-o", part)}}});
     delete_when_failed(part, dialect, console);
     console.add(step::DeleteEmpty{part})
         .add(step::IfExists{part, false, only(step::Echo{"echo ", file + " not included"}), nullptr});
+    mark_when_missing(part, dialect, console);
   }
 }
 
@@ -149,16 +163,16 @@ class Merger {
   }
 
   bool run() {
-    MergeScript script{platform::short_path(m_tool),
-                       {},
-                       m_target,
-                       platform::short_path(platform::absolute(m_workspace.path(work_folder_name)))};
-    for (const std::string& file : m_files)
-      script.files.push_back(platform::short_path(file));
+    const std::string work_folder = platform::absolute(m_workspace.path(work_folder_name));
+    Status ready = make_folder(work_folder);  // only what is there has a short name
+    MergeScript script{platform::short_path(m_tool), {}, m_target, platform::short_path(work_folder)};
+    for (const std::string& file : m_files) {
+      script.given_files.push_back(platform::short_path(file));
+      script.files.push_back(can_be_shown(file) ? file : script.given_files.back());
+    }
     if (m_files.size() * (part_path(script, m_files.size()).size() + 3) > longest_list)
       return stop("Too many files for one merge. Merge them in two steps.");
     ExpectedFiles result({m_target});
-    Status ready = make_folder(script.work_folder);
     if (ready.ok()) ready = remove_parts(script);
     if (ready.ok()) ready = result.clear_the_way();
     Result<VisibleRunEnd> end{{}, ready.error};
@@ -174,7 +188,8 @@ class Merger {
 
   // What an interrupted merge left would be taken for parts of this one.
   static Status remove_parts(const MergeScript& script) {
-    for (const std::string& name : list_files(script.work_folder, {".o5m"})) {
+    for (const std::string& name :
+         list_files(script.work_folder, {std::string(part_ending), std::string(left_out_ending)})) {
       if (Status removed = remove_file(platform::join(script.work_folder, name)); !removed.ok())
         return removed;
     }
@@ -182,7 +197,7 @@ class Merger {
   }
 
   void show_progress(const MergeScript& script) {
-    const auto done = static_cast<double>(list_files(script.work_folder, {".o5m"}).size());
+    const auto done = static_cast<double>(list_files(script.work_folder, {std::string(part_ending)}).size());
     m_progress.fraction(std::min(1.0, done / static_cast<double>(script.files.size() + 1)));
   }
 
@@ -190,6 +205,7 @@ class Merger {
     const bool whole = end.ok() && !end.value.cancelled;
     const Result<std::vector<std::string>> bad =
         result.settle([&](const std::string& path) { return whole && file_has_content(path); });
+    if (whole) m_report.left_out = left_out(script);
     Status parts = remove_parts(script);
     std::error_code ignored;  // an empty folder that stays harms nobody
     std::filesystem::remove(platform::file_system_path(script.work_folder), ignored);
@@ -199,16 +215,24 @@ class Merger {
     if (!end.ok()) return;
     m_report.result = bad.value.empty() ? StageResult::done : StageResult::failed;
     if (end.value.cancelled) m_report.result = StageResult::cancelled;
-    if (m_report.result != StageResult::cancelled) tell_result(script, end.value);
+    if (m_report.result != StageResult::cancelled) tell_result();
   }
 
-  void tell_result(const MergeScript& script, const VisibleRunEnd& end) {
-    const std::vector<std::string> lines = split_lines(end.output);
-    for (const std::string& file : script.files) {
-      if (std::find(lines.begin(), lines.end(), file + " not included") == lines.end()) continue;
-      m_report.left_out.push_back(file);
+  // Names beyond the code page of the console are shown by their short form.
+  static bool can_be_shown(const std::string& name) {
+    return native_dialect == Dialect::shell || encode_for(Consumer::batch_script, name, name).ok();
+  }
+
+  [[nodiscard]] std::vector<std::string> left_out(const MergeScript& script) const {
+    std::vector<std::string> files;
+    for (std::size_t i = 1; i <= m_files.size(); ++i)
+      if (file_exists(part_path(script, i) + std::string(left_out_ending))) files.push_back(m_files[i - 1]);
+    return files;
+  }
+
+  void tell_result() {
+    for (const std::string& file : m_report.left_out)
       m_prompts.tell(file + " not included", Icon::warning);
-    }
     if (m_report.result == StageResult::failed) {
       m_prompts.tell("Not successful " + m_target, Icon::critical);
       return;

@@ -25,6 +25,8 @@ struct MergeScript {
   std::vector<std::string> files;
   std::string target;
   std::string work_folder;  // of p1.o5m, p2.o5m, ... and all.o5m
+  // The files as the tool is given them; empty: as they are called. Messages never name these.
+  std::vector<std::string> given_files = {};
 };
 ConsoleScript merge_script(const MergeScript& script, Dialect dialect = native_dialect);
 

@@ -371,6 +371,7 @@ StageResult register_when_wanted(Workspace& workspace, const BuildServices& serv
 
 BuildReport create_map(Workspace& workspace, Prompts& prompts, Progress& progress,
                        const BuildServices& services, CheckScope scope) {
+  const KeptClipFolders clip_folders(workspace.settings);
   BuildReport report;
   if (check_build(workspace, prompts, progress, services, scope) == CheckResult::stop ||
       !delivery_is_possible(workspace, prompts, services))
@@ -419,6 +420,7 @@ BuildReport prepare_tiles(Workspace& workspace, Prompts& prompts, Progress& prog
 
 BuildReport make_map(Workspace& workspace, Prompts& prompts, Progress& progress,
                      const BuildServices& services, const BuildRequest& request) {
+  const KeptClipFolders clip_folders(workspace.settings);
   const BuildReport tiles = prepare_tiles(workspace, prompts, progress, services, request);
   if (tiles.result != StageResult::done) return tiles;
   const CheckScope scope = tiles.stages.empty() ? CheckScope::all : CheckScope::after_split;

@@ -1,6 +1,7 @@
 // The checks before a build, in their order. Each tells its message through Prompts.
 #pragma once
 
+#include <array>
 #include <cstdint>
 #include <functional>
 #include <string>
@@ -31,6 +32,25 @@ struct BuildServices {
 enum class CheckScope : std::uint8_t { all, before_split, after_split };
 
 enum class CheckResult : std::uint8_t { go_on, stop };
+
+// "Use default folder?" is answered for one build: the clip folders of the settings are at the end of this
+// object's life what they were at its beginning.
+class KeptClipFolders {
+ public:
+  explicit KeptClipFolders(Settings& settings)
+      : m_settings(settings), m_folders(settings.clip_folders), m_slot(settings.clip_slot) {}
+  ~KeptClipFolders() {
+    m_settings.clip_folders = m_folders;
+    m_settings.clip_slot = m_slot;
+  }
+  KeptClipFolders(const KeptClipFolders&) = delete;
+  KeptClipFolders& operator=(const KeptClipFolders&) = delete;
+
+ private:
+  Settings& m_settings;
+  std::array<std::string, clip_folder_slots> m_folders;
+  int m_slot;
+};
 
 // All checks; stops at the first that forbids the build.
 CheckResult check_build(Workspace& workspace, Prompts& prompts, Progress& progress,

@@ -1,5 +1,7 @@
-// The lists of the Style Doctor: resolutions, levels, places, rules that are commented out.
+// The lists of the Style Doctor: resolutions, levels, places, rules that are commented out, tags of mkgmap,
+// names.
 #include <algorithm>
+#include <functional>
 
 #include "base/text.hpp"
 #include "styletools/doctor_rows.hpp"
@@ -75,7 +77,41 @@ std::string_view place_size(std::uint32_t type) {
   return "";
 }
 
+// One row per rule that has something to tell under this section.
+DoctorReport statement_list(const LoadedStyle& style, DoctorCheck check, std::string_view section,
+                            const std::function<std::string(const StyleStatement&)>& finding_of) {
+  DoctorReport report;
+  putheader(report, row_of(check, style), section);
+  for (const StyleStatement& statement : style.rules.statements) {
+    DoctorRow row = row_at(check, style, statement.place);
+    row.marker = plain_marker;
+    row.finding = finding_of(statement);
+    if (row.finding.empty()) continue;
+    row.detail = std::to_string(statement.place.line) + include_letter(statement.place.file) + " " +
+                 shown_rule(statement.text);
+    if (!statement.types.empty()) row.key = written_type_key(get_type(statement.types.front()));
+    report.add(std::move(row));
+  }
+  if (report.rows.back().weight == Weight::heading) add_no_issues(report, row_of(check, style), "No data");
+  return report;
+}
+
 }  // namespace
+
+DoctorReport parse_mkg(const LoadedStyle& style) {
+  return statement_list(style, DoctorCheck::mkgmap, "MKGMAP", [](const StyleStatement& statement) {
+    std::string tags;
+    for (const std::string& tag : statement.mkgmap_tags)
+      tags.append(tags.empty() ? "mkgmap:" : ", mkgmap:").append(tag);
+    return tags;
+  });
+}
+
+DoctorReport parsename(const LoadedStyle& style) {
+  return statement_list(style, DoctorCheck::names, "NAME", [](const StyleStatement& statement) {
+    return std::string(statement.tests_name ? "NAME" : "");
+  });
+}
 
 DoctorReport resolution_list(const LoadedStyle& style) {
   return value_list(style, {DoctorCheck::resolution, "resolution", "RESOLUTION", "RESOLUTION"});

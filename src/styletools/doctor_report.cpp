@@ -12,7 +12,7 @@ namespace {
 constexpr std::string_view heading_marker = "#";
 constexpr std::string_view rule_of_marks = "--------------------";
 constexpr std::array<std::string_view, doctor_checks.size()> names{
-    "typ", "road-class", "resolution", "level", "tags", "unused", "style", "places"};
+    "typ", "road-class", "resolution", "level", "tags", "unused", "style", "places", "mkgmap", "names"};
 
 std::string columns(const DoctorRow& row, std::string_view kind_text) {
   return row.marker + "\t" + std::string(kind_text) + "\t" + row.finding + "\t" + row.detail;

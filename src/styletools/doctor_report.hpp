@@ -13,10 +13,22 @@
 
 namespace ferrowen {
 
-enum class DoctorCheck : std::uint8_t { typ, road_class, resolution, level, tags, unused, style, places };
-inline constexpr std::array<DoctorCheck, 8> doctor_checks{
-    DoctorCheck::typ,  DoctorCheck::road_class, DoctorCheck::resolution, DoctorCheck::level,
-    DoctorCheck::tags, DoctorCheck::unused,     DoctorCheck::style,      DoctorCheck::places};
+enum class DoctorCheck : std::uint8_t {
+  typ,
+  road_class,
+  resolution,
+  level,
+  tags,
+  unused,
+  style,
+  places,
+  mkgmap,
+  names
+};
+inline constexpr std::array<DoctorCheck, 10> doctor_checks{
+    DoctorCheck::typ,    DoctorCheck::road_class, DoctorCheck::resolution, DoctorCheck::level,
+    DoctorCheck::tags,   DoctorCheck::unused,     DoctorCheck::style,      DoctorCheck::places,
+    DoctorCheck::mkgmap, DoctorCheck::names};
 
 enum class Weight : std::uint8_t {
   heading,  // structure of the report

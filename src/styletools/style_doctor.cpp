@@ -96,6 +96,10 @@ DoctorReport run_check(DoctorCheck check, const LoadedStyle& style, const TypFil
       return parse_notused(style);
     case DoctorCheck::style:
       return parse(style);
+    case DoctorCheck::mkgmap:
+      return parse_mkg(style);
+    case DoctorCheck::names:
+      return parsename(style);
     case DoctorCheck::places:
       break;
   }

@@ -38,6 +38,9 @@ DoctorReport parse_notused(const LoadedStyle& style);
 DoctorReport parse(const LoadedStyle& style);
 // PLACES: the size in which place names are written.
 DoctorReport parseplaces(const LoadedStyle& style);
+// The tags of mkgmap's own that conditions test, and the rules that ask for a name.
+DoctorReport parse_mkg(const LoadedStyle& style);
+DoctorReport parsename(const LoadedStyle& style);
 
 // One of them; the TYP check needs a TYP file and is empty without one.
 DoctorReport run_check(DoctorCheck check, const LoadedStyle& style, const TypFile* typ,

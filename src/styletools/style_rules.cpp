@@ -31,7 +31,7 @@ bool has_word(std::string_view text, std::string_view word) {
 }
 
 // The tags of a condition that begin with "mkgmap:", each up to "=", "!" or a blank.
-std::vector<std::string> parse_mkg(std::string_view condition) {
+std::vector<std::string> mkgmap_tags(std::string_view condition) {
   constexpr std::string_view prefix = "mkgmap:";
   std::vector<std::string> tags;
   for (std::size_t at = condition.find(prefix); at != std::string_view::npos;
@@ -65,8 +65,7 @@ StyleRule rule_of(std::size_t index, const std::string& definition) {
 void parse_condition(StyleStatement& statement) {
   const std::string tests = collapse_equals(statement.tests);
   statement.tests_name = contains_ignoring_case(tests, "name");
-  statement.mkgmap_tags = parse_mkg(tests);
-  statement.has_delete = contains(statement.actions, "delete");
+  statement.mkgmap_tags = mkgmap_tags(tests);
 }
 
 void add_rules(StyleRules& rules) {

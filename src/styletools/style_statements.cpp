@@ -75,7 +75,7 @@ StyleStatement::Form form_of(std::string_view line) {
   if (is_word(line, "if")) return if_begins;
   if (line == "else") return otherwise;
   if (line == "end") return if_ends;
-  return include_of_line(line) ? include : rule;
+  return chk_include(line).empty() ? rule : include;
 }
 
 bool goes_on(const StyleStatement& statement, const Brackets& brackets, std::string_view next) {
@@ -90,7 +90,7 @@ bool goes_on(const StyleStatement& statement, const Brackets& brackets, std::str
 
 // A block that is open when the next rule with a type begins was never closed.
 bool was_never_closed(const Brackets& brackets, std::string_view next) {
-  if (brackets.open != 0 && include_of_line(next)) return true;
+  if (brackets.open != 0 && !chk_include(next).empty()) return true;
   if (brackets.open == '[') return contains(next, "[") && !contains(next.substr(0, next.find('[')), "]");
   return brackets.open == '{' && contains(next, "[0x") && !contains(next.substr(0, next.find("[0x")), "}");
 }

@@ -1,6 +1,7 @@
 #include "styletools/style_tags.hpp"
 
 #include <algorithm>
+#include <iterator>
 #include <map>
 #include <set>
 
@@ -17,8 +18,9 @@ constexpr std::string_view main_keys[] = {
     "aeroway",  "historic", "building", "boundary", "barrier",
 };
 
-bool is_main_key(std::string_view key) {
-  return std::find(std::begin(main_keys), std::end(main_keys), key) != std::end(main_keys);
+// Its place among the main keys; behind them all for every other key.
+std::ptrdiff_t rank(std::string_view key) {
+  return std::distance(std::begin(main_keys), std::find(std::begin(main_keys), std::end(main_keys), key));
 }
 
 std::string percent_encoded(std::string_view text) {
@@ -51,9 +53,10 @@ std::vector<TagCount> gettag(const LoadedStyle& style) {
   }
   std::vector<TagCount> found;
   for (const auto& [tag, rules] : counts)
-    found.push_back({tag.first, tag.second, rules, is_main_key(tag.first)});
+    found.push_back({tag.first, tag.second, rules, rank(tag.first) < std::ssize(main_keys)});
   std::stable_sort(found.begin(), found.end(), [](const TagCount& left, const TagCount& right) {
-    if (left.is_main != right.is_main) return left.is_main;
+    if (const auto ranks = std::pair(rank(left.key), rank(right.key)); ranks.first != ranks.second)
+      return ranks.first < ranks.second;
     if (left.key != right.key) return left.key < right.key;
     return left.rules > right.rules;
   });

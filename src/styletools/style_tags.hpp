@@ -16,7 +16,7 @@ struct TagCount {
   bool is_main = false;    // of one of the keys that make map objects
 };
 
-// Main keys first, each part by key, then by count.
+// Main keys first, in the order in which map makers look for them, then the others by name; each by count.
 std::vector<TagCount> gettag(const LoadedStyle& style);
 // The address of a web search for a tag.
 std::string tag_search_address(std::string_view key, std::string_view value);

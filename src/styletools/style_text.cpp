@@ -10,6 +10,7 @@ namespace ferrowen {
 namespace {
 
 constexpr std::size_t deepest_include = 64;
+constexpr std::string_view include_keyword = "include";
 constexpr std::string_view byte_order_mark = "\xEF\xBB\xBF";
 
 void replace_in(std::string& text, std::string_view from, std::string_view to) {
@@ -34,6 +35,42 @@ bool is_comment(std::string_view line) { return trim(line).starts_with('#'); }
 // it never swallows a rule.
 bool draws_up(std::string_view line, std::string_view next) {
   return (line.ends_with('{') || line.ends_with('[')) && (!is_comment(line) || is_comment(next));
+}
+
+std::string_view next_word(std::string_view& text) {
+  text = trim(text);
+  std::size_t end = 0;
+  if (!text.empty() && (text.front() == '\'' || text.front() == '"')) {
+    const char quote = text.front();
+    text.remove_prefix(1);
+    end = text.find(quote);
+    if (end == std::string_view::npos) return text = {};
+    const std::string_view word = text.substr(0, end);
+    text.remove_prefix(end + 1);
+    return word;
+  }
+  end = std::min(text.find_first_of(" ;\t"), text.size());
+  const std::string_view word = text.substr(0, end);
+  text.remove_prefix(end);
+  return word;
+}
+
+struct IncludeWords {
+  std::string_view name, style;  // the name is "" when the line includes nothing
+};
+
+// include 'name'; and include 'name' from style;
+IncludeWords include_words(std::string_view line) {
+  IncludeWords words;
+  line = trim(line);
+  if (!equal_ignoring_case(line.substr(0, include_keyword.size()), include_keyword)) return words;
+  line.remove_prefix(include_keyword.size());
+  if (line.empty() || !contains(" '\"", line.substr(0, 1))) return words;
+  const std::string_view name = trim(next_word(line));
+  if (name.empty() || contains("=&|!~<>", name.substr(0, 1))) return words;
+  words.name = name;
+  if (next_word(line) == "from") words.style = next_word(line);
+  return words;
 }
 
 class TextReader {
@@ -87,15 +124,16 @@ class TextReader {
   void follow_includes(std::uint32_t file) {
     const StyleFile own = m_style.files[file];
     for (std::size_t at = own.first_line; at < own.first_line + own.line_count; ++at) {
-      std::optional<StyleInclude> include = include_of_line(m_style.lines[at].text);
-      if (!include) {
-        std::string mistake = include_mistake(m_style.lines[at].text);
-        if (!mistake.empty()) report(m_style.lines[at].place, std::move(mistake));
+      const StyleLine line = m_style.lines[at];
+      std::string name = chk_include(line.text);
+      if (name.empty()) {
+        std::string mistake = include_mistake(line.text);
+        if (!mistake.empty()) report(line.place, std::move(mistake));
         continue;
       }
-      include->place = m_style.lines[at].place;
       const std::size_t index = m_style.includes.size();
-      m_style.includes.push_back(std::move(*include));
+      m_style.includes.push_back(
+          {line.place, std::move(name), std::string(include_words(line.text).style), std::nullopt});
       follow(index, own.folder);
     }
   }
@@ -124,24 +162,6 @@ class TextReader {
   std::map<std::string, std::uint32_t> m_known;  // the files read, by their paths
 };
 
-std::string_view next_word(std::string_view& text) {
-  text = trim(text);
-  std::size_t end = 0;
-  if (!text.empty() && (text.front() == '\'' || text.front() == '"')) {
-    const char quote = text.front();
-    text.remove_prefix(1);
-    end = text.find(quote);
-    if (end == std::string_view::npos) return text = {};
-    const std::string_view word = text.substr(0, end);
-    text.remove_prefix(end + 1);
-    return word;
-  }
-  end = std::min(text.find_first_of(" ;\t"), text.size());
-  const std::string_view word = text.substr(0, end);
-  text.remove_prefix(end);
-  return word;
-}
-
 }  // namespace
 
 std::string StyleText::text() const {
@@ -160,45 +180,35 @@ StyleText read_style_text(RuleKind kind, const StyleFileBytes& rule_file, const 
   return style;
 }
 
-std::optional<StyleInclude> include_of_line(std::string_view line) {
-  constexpr std::string_view keyword = "include";
-  line = trim(line);
-  if (!equal_ignoring_case(line.substr(0, keyword.size()), keyword)) return std::nullopt;
-  line.remove_prefix(keyword.size());
-  if (line.empty() || !contains(" '\"", line.substr(0, 1))) return std::nullopt;
-  StyleInclude include;
-  include.name = trim(next_word(line));
-  if (include.name.empty() || contains("=&|!~<>", std::string_view(include.name).substr(0, 1)))
-    return std::nullopt;
-  if (next_word(line) == "from") include.style = next_word(line);
-  return include;
-}
-
 std::string include_mistake(std::string_view line) {
-  constexpr std::string_view keyword = "include";
   line = trim(line);
-  if (!equal_ignoring_case(line.substr(0, keyword.size()), keyword) || include_of_line(line)) return "";
-  line = trim(line.substr(keyword.size()));
+  if (!equal_ignoring_case(line.substr(0, include_keyword.size()), include_keyword) ||
+      !chk_include(line).empty())
+    return "";
+  line = trim(line.substr(include_keyword.size()));
   if (line.empty() || !contains("'\"", line.substr(0, 1))) return "";
   const bool is_closed = line.find(line.front(), 1) != std::string_view::npos;
   return is_closed ? "This include line names no file." : "The quote of this include line is never closed.";
 }
 
 std::string chk_include(std::string_view text) {
-  std::vector<std::string> names;
-  for (const std::string& line : split_lines(text)) {
-    if (const std::optional<StyleInclude> include = include_of_line(line)) names.push_back(include->name);
+  std::string names;
+  while (!text.empty()) {
+    const std::size_t length = text.find('\n');
+    if (const std::string_view name = include_words(text.substr(0, length)).name; !name.empty())
+      names.append(names.empty() ? "" : crlf).append(name);
+    text.remove_prefix(length == std::string_view::npos ? text.size() : length + 1);
   }
-  return join_texts(names, crlf);
+  return names;
 }
 
 std::string include_letter(std::uint32_t file) {
   if (file == 0) return "";
   constexpr std::uint32_t letters = 26;
-  const std::uint32_t index = file - 1;
-  std::string letter(1, static_cast<char>('a' + index % letters));
-  if (index >= letters) letter += std::to_string(index / letters);
-  return letter + ") ";
+  std::string name;
+  for (std::uint32_t left = file; left > 0; left = (left - 1) / letters)
+    name.insert(name.begin(), static_cast<char>('a' + (left - 1) % letters));
+  return name + ") ";
 }
 
 std::string include_label(const StyleText& style) {

@@ -68,13 +68,11 @@ using IncludeSource =
 
 StyleText read_style_text(RuleKind kind, const StyleFileBytes& rule_file, const IncludeSource& source);
 
-// The include line in a line of a style, if it is one (`place` is not set).
-std::optional<StyleInclude> include_of_line(std::string_view line);
+// The include names of a text, one per line; of a line that includes nothing "".
+std::string chk_include(std::string_view text);
 // Why a line that is meant to include something includes nothing; "" for every other line.
 std::string include_mistake(std::string_view line);
-// The include names of a text, one per line.
-std::string chk_include(std::string_view text);
-// "a) ", "b) ", ... of an included file; "" for the rule file itself.
+// "a) ", "b) ", ... "z) ", "aa) ", "ab) ", ... of an included file; "" for the rule file itself.
 std::string include_letter(std::uint32_t file);
 // "Include:" and the included files, each behind its letter.
 std::string include_label(const StyleText& style);

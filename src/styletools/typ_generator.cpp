@@ -22,18 +22,22 @@ bool has_rule_file(const StyleLocation& style, RuleKind kind) {
   return file_exists(path) && !folder_exists(path);
 }
 
-// In the order in which they have always been named.
-std::vector<RuleKind> missing_kinds(const StyleLocation& style) {
-  std::vector<RuleKind> missing;
-  for (const RuleKind kind : {RuleKind::lines, RuleKind::points, RuleKind::polygons})
-    if (!has_rule_file(style, kind)) missing.push_back(kind);
-  return missing;
+char kind_letter(RuleKind kind) {
+  switch (kind) {
+    case RuleKind::points:
+      return 'p';
+    case RuleKind::lines:
+      return 'l';
+    case RuleKind::polygons:
+      break;
+  }
+  return 'g';
 }
 
 bool rule_files_suffice(const SheetRequest& request, Prompts& prompts) {
-  const std::vector<RuleKind> missing = missing_kinds(request.style);
-  for (const RuleKind kind : missing)
-    prompts.tell("missing " + std::string(rule_file_name(kind)), Icon::warning);
+  const std::vector<std::string> missing = missing_files(kinds_present(request.style));
+  for (const std::string& text : missing)
+    prompts.tell(text, Icon::warning);
   return missing.empty() || (request.complete && missing.size() < rule_kinds.size());
 }
 
@@ -58,25 +62,6 @@ void tell_problems(std::vector<std::string> lines, Prompts& prompts) {
   prompts.tell(join_texts(lines, crlf), Icon::warning);
 }
 
-Sheet read_sheet_telling(const SheetRequest& request, Prompts* prompts) {
-  Sheet sheet;
-  std::vector<std::string> problems;
-  sheet.family_id = valid_family_id(request.family_id).value_or(0);
-  sheet.complete = request.complete;
-  for (const RuleKind kind : rule_kinds) {
-    const StyleText text = chknodata(request.style, kind);
-    const StyleRules rules = get_styletypes(text);
-    sheet.types.at(static_cast<std::size_t>(kind)) = get_types(rules);
-    add_problems(text, text.problems, problems);
-    add_problems(text, rules.problems, problems);
-  }
-  IconFolder icons = bmp(request.icon_folder);
-  sheet.icons = std::move(icons.icons);
-  problems.insert(problems.end(), icons.problems.begin(), icons.problems.end());
-  if (prompts != nullptr) tell_problems(std::move(problems), *prompts);
-  return sheet;
-}
-
 }  // namespace
 
 std::optional<int> valid_family_id(const std::string& text) {
@@ -88,13 +73,45 @@ std::optional<int> valid_family_id(const std::string& text) {
 
 std::string kinds_present(const StyleLocation& style) {
   std::string present;
-  if (has_rule_file(style, RuleKind::points)) present += "p";
-  if (has_rule_file(style, RuleKind::lines)) present += "l";
-  if (has_rule_file(style, RuleKind::polygons)) present += "g";
+  for (const RuleKind kind : {RuleKind::points, RuleKind::lines, RuleKind::polygons})
+    if (has_rule_file(style, kind)) present += kind_letter(kind);
   return present;
 }
 
-Sheet read_sheet(const SheetRequest& request) { return read_sheet_telling(request, nullptr); }
+std::vector<std::string> missing_files(const std::string& kinds) {
+  std::vector<std::string> missing;
+  for (const RuleKind kind : {RuleKind::lines, RuleKind::points, RuleKind::polygons})
+    if (!contains(kinds, std::string(1, kind_letter(kind))))
+      missing.push_back("missing " + std::string(rule_file_name(kind)));
+  return missing;
+}
+
+SheetSource read_sheet_source(const SheetRequest& request) {
+  SheetSource source;
+  source.kinds = kinds_present(request.style);
+  for (const RuleKind kind : rule_kinds) {
+    const StyleText text = chknodata(request.style, kind);
+    const StyleRules rules = get_styletypes(text);
+    source.types.at(static_cast<std::size_t>(kind)) = get_types(rules);
+    add_problems(text, text.problems, source.problems);
+    add_problems(text, rules.problems, source.problems);
+    for (const StyleFile& file : text.files)
+      source.files.push_back(file.path);
+  }
+  IconFolder icons = bmp(request.icon_folder);
+  source.icons = std::move(icons.icons);
+  source.problems.insert(source.problems.end(), icons.problems.begin(), icons.problems.end());
+  return source;
+}
+
+Sheet make_sheet(const SheetSource& source, const SheetRequest& request) {
+  Sheet sheet;
+  sheet.family_id = valid_family_id(request.family_id).value_or(0);
+  sheet.complete = request.complete;
+  sheet.types = source.types;
+  sheet.icons = source.icons;
+  return sheet;
+}
 
 std::optional<Sheet> create_sheet(const SheetRequest& request, Prompts& prompts) {
   const std::string& folder = request.style.folder;
@@ -111,7 +128,9 @@ std::optional<Sheet> create_sheet(const SheetRequest& request, Prompts& prompts)
     prompts.tell(invalid_family_id, Icon::warning);
     return std::nullopt;
   }
-  return read_sheet_telling(request, &prompts);
+  SheetSource source = read_sheet_source(request);
+  tell_problems(std::move(source.problems), prompts);
+  return make_sheet(source, request);
 }
 
 Status append_(const std::string& path, const Sheet& sheet) {

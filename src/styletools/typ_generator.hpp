@@ -3,6 +3,7 @@
 
 #include <optional>
 #include <string>
+#include <vector>
 
 #include "app/workspace.hpp"
 #include "base/prompts.hpp"
@@ -27,8 +28,19 @@ struct SheetRequest {
 std::optional<int> valid_family_id(const std::string& text);
 // "p", "l" and "g" for the rule files points, lines and polygons that the style has.
 std::string kinds_present(const StyleLocation& style);
-// The types of a style's rule files, without any message: what a preview shows.
-Sheet read_sheet(const SheetRequest& request);
+
+// All that a sheet takes from the disk. What a preview keeps while the family ID is typed.
+struct SheetSource {
+  std::string kinds;  // kinds_present
+  SheetTypes types;
+  IconFiles icons;
+  std::vector<std::string> problems;  // "lines:12: ...", of the style and of the icons
+  std::vector<std::string> files;     // paths of the style's files that were read
+};
+SheetSource read_sheet_source(const SheetRequest& request);
+Sheet make_sheet(const SheetSource& source, const SheetRequest& request);
+// "missing lines", "missing points", "missing polygons", in this order, for what kinds_present lacks.
+std::vector<std::string> missing_files(const std::string& kinds);
 
 // The sheet of a style, or nothing when a message has told why there is none.
 std::optional<Sheet> create_sheet(const SheetRequest& request, Prompts& prompts);

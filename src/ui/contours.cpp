@@ -144,7 +144,8 @@ QWidget* contours::make_dem() {
   auto* links = new QHBoxLayout;
   links->addWidget(
       button("Label4", "osmconvert_page", "osmconvert_page", [this] { open_page(osmconvert_page); }));
-  links->addWidget(button("Label6", "srtm_page", "srtm_page", [this] { open_page(srtm_base_address); }));
+  links->addWidget(button("Label6", "srtm_page", "srtm_page",
+                          [this] { open_page(srtm_base_address(m_workspace.settings)); }));
   links->addStretch();
   links->addWidget(button("contours_ok", "ok", "contours_ok", [this] { accept(); }));
   grid->addLayout(links, 2, 0, 1, 3);

@@ -16,7 +16,6 @@
 #include "platform/paths.hpp"
 #include "ui/qt_text.hpp"
 #include "ui/window_layout.hpp"
-#include "ui/window_prompts.hpp"
 
 namespace ferrowen::ui {
 
@@ -131,7 +130,7 @@ QWidget* ConverterWindow::make_files() {
   column->addWidget(m_files, 1);
   column->addLayout(row);
   connect(m_files, &QListWidget::currentRowChanged, this, [this] { preview_soon(); });
-  connect(m_add, &QPushButton::clicked, this, &ConverterWindow::choose_file);
+  connect(m_add, &QPushButton::clicked, this, &ConverterWindow::choose_files);
   connect(m_remove, &QPushButton::clicked, this, [this] {
     qDeleteAll(m_files->selectedItems());
     update_buttons();
@@ -251,14 +250,13 @@ void ConverterWindow::add_files(const QStringList& paths) {
   update_buttons();
 }
 
-void ConverterWindow::choose_file() {
+void ConverterWindow::choose_files() {
   const FileQuestion question{
       from_qt(m_binder.text(Section::labels, "mp_files")), {m_format.filter}, "", false};
-  // Only the dialogs of a desktop can choose several at once.
-  if (auto* dialogs = dynamic_cast<WindowPrompts*>(&m_prompts))
-    return add_files(dialogs->choose_files(question));
-  const auto file = m_prompts.choose_file(question);
-  if (file) add_files({to_qt(*file)});
+  QStringList chosen;
+  for (const std::string& file : m_prompts.choose_files(question))
+    chosen << to_qt(file);
+  add_files(chosen);
 }
 
 void ConverterWindow::dragEnterEvent(QDragEnterEvent* event) {

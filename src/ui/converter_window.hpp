@@ -91,7 +91,7 @@ class ConverterWindow : public QDialog {
   QWidget* make_results();
   QWidget* make_right();
   QWidget* make_bottom();
-  void choose_file();
+  void choose_files();
   void convert();
   void show_result();
   void show_preview();

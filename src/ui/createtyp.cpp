@@ -21,6 +21,8 @@ namespace {
 
 constexpr int window_width = 980, window_height = 640;
 constexpr int list_share = 1, preview_share = 3;
+constexpr int problems_height = 90;
+constexpr int reading_pause = 200;  // milliseconds: editors write a file in several steps
 
 }  // namespace
 
@@ -35,7 +37,12 @@ createtyp::createtyp(Workspace& workspace, Prompts& prompts, Progress& progress,
   auto* columns = new QSplitter(Qt::Horizontal, this);
   columns->setChildrenCollapsible(false);
   columns->addWidget(make_left());
-  columns->addWidget(make_preview());
+  auto* right = new QWidget(this);
+  auto* preview = new QVBoxLayout(right);
+  preview->setContentsMargins(0, 0, 0, 0);
+  preview->addWidget(make_preview(), 1);
+  preview->addWidget(make_problems());
+  columns->addWidget(right);
   columns->setStretchFactor(0, list_share);
   columns->setStretchFactor(1, preview_share);
   m_state = new QLabel(this);
@@ -49,7 +56,12 @@ createtyp::createtyp(Workspace& workspace, Prompts& prompts, Progress& progress,
     m_styles->addItem(to_qt(style));
   connect(m_styles, &QListWidget::currentRowChanged, this, &createtyp::show_style);
   connect(m_complete, &QCheckBox::toggled, this, &createtyp::show_sheet);
-  connect(m_family_id, &QLineEdit::textChanged, this, &createtyp::show_sheet);
+  connect(m_family_id, &QLineEdit::textChanged, this, &createtyp::show_text);
+  m_reading.setSingleShot(true);
+  m_reading.setInterval(reading_pause);
+  connect(&m_reading, &QTimer::timeout, this, &createtyp::show_style);
+  for (const auto changed : {&QFileSystemWatcher::fileChanged, &QFileSystemWatcher::directoryChanged})
+    connect(&m_watcher, changed, this, [this] { m_reading.start(); });
   const QList<QListWidgetItem*> own =
       m_styles->findItems(to_qt(m_workspace.settings.style), Qt::MatchExactly);
   if (!own.isEmpty()) m_styles->setCurrentItem(own.front());
@@ -106,6 +118,24 @@ QWidget* createtyp::make_preview() {
   return m_tabs;
 }
 
+QWidget* createtyp::make_problems() {
+  m_problem_side = new QWidget(this);
+  m_problems = new QListWidget(m_problem_side);
+  m_problems->setObjectName(QStringLiteral("typ_problems"));
+  m_problems->setMaximumHeight(problems_height);
+  m_problems->setWordWrap(true);
+  m_binder.tooltip(m_problems, "typ_problems");
+  auto* label = new QLabel(m_problem_side);
+  label->setBuddy(m_problems);
+  m_binder.caption(label, Section::labels, "typ_problems");
+  m_binder.name(m_problems, Section::labels, "typ_problems");
+  auto* column = new QVBoxLayout(m_problem_side);
+  column->setContentsMargins(0, 0, 0, 0);
+  column->addWidget(label);
+  column->addWidget(m_problems);
+  return m_problem_side;
+}
+
 QPushButton* createtyp::button(const char* name, const char* key) {
   auto* made = new QPushButton(this);
   made->setObjectName(QLatin1String(name));
@@ -152,21 +182,58 @@ void createtyp::show_style() {
   if (!chosen.style.folder.empty())
     for (const std::string& file : list_files(chosen.style.folder, {""}))
       m_files->addItem(to_qt(file));
+  read_source(chosen);
+  show_problems();
   show_sheet();
 }
 
-void createtyp::show_sheet() {
+void createtyp::read_source(const SheetRequest& chosen) {
+  m_source.reset();
+  if (!chosen.style.folder.empty()) m_source = read_sheet_source(chosen);
+  watch();
+}
+
+// The folders tell of files that come and go, the files of changes to them.
+void createtyp::watch() {
+  const QStringList watched = m_watcher.files() + m_watcher.directories();
+  if (!watched.isEmpty()) m_watcher.removePaths(watched);
+  if (!m_source) return;
   const SheetRequest chosen = request();
+  std::vector<std::string> paths = m_source->files;
+  paths.push_back(chosen.style.folder);
+  paths.push_back(chosen.icon_folder);
+  QStringList there;
+  for (const std::string& path : paths)
+    if (file_exists(path) || folder_exists(path)) there << to_qt(path);
+  m_watcher.addPaths(there);
+}
+
+void createtyp::show_problems() {
+  m_problems->clear();
+  if (m_source) {
+    for (const std::string& text : missing_files(m_source->kinds))
+      m_problems->addItem(to_qt(text));
+    for (const std::string& text : m_source->problems)
+      m_problems->addItem(to_qt(text));
+  }
+  m_problem_side->setVisible(m_problems->count() > 0);
+}
+
+void createtyp::show_text() {
+  if (m_source) m_text->setPlainText(shown_text(sheet_text(make_sheet(*m_source, request()))));
+}
+
+void createtyp::show_sheet() {
   m_hint.clear();
-  if (chosen.style.folder.empty()) {
+  if (!m_source) {
     m_list->clear();
     m_text->clear();
     m_state->setText(m_binder.text(Section::labels, "typ_choose_style"));
     return;
   }
-  const Sheet sheet = read_sheet(chosen);
+  const Sheet sheet = make_sheet(*m_source, request());
   m_list->show_typ(sheet_preview(sheet));
-  m_text->setPlainText(shown_text(sheet_text(sheet)));
+  show_text();
   const auto& [polygon_types, line_types, point_types] = sheet.types;
   QString state = m_binder.text(Section::labels, "typ_count")
                       .arg(polygon_types.size())

@@ -3,12 +3,15 @@
 
 #include <QCheckBox>
 #include <QDialog>
+#include <QFileSystemWatcher>
 #include <QLabel>
 #include <QLineEdit>
 #include <QListWidget>
 #include <QPlainTextEdit>
 #include <QPushButton>
 #include <QTabWidget>
+#include <QTimer>
+#include <optional>
 
 #include "app/workspace.hpp"
 #include "base/prompts.hpp"
@@ -22,6 +25,7 @@ namespace ferrowen::ui {
 // Controls, by their public names:
 //   List2      styles                     File1     files of the style       Text1  family ID
 //   typ_complete  neutral fills           typ_list  the drawings             typ_text  the text
+//   typ_problems  what is wrong with the style, seen when something is
 //   typ_state  what the sheet will hold   Command1  writes temp.txt and opens it in the TYP editor
 //   typ_check  asks mkgmap                typ_save_as, typ_colours, typ_close
 class createtyp : public QDialog {
@@ -37,8 +41,13 @@ class createtyp : public QDialog {
   QLayout* make_buttons();
   QPushButton* button(const char* name, const char* key);
   [[nodiscard]] SheetRequest request() const;
+  QWidget* make_problems();
   void show_style();
+  void read_source(const SheetRequest& chosen);
+  void watch();
+  void show_problems();
   void show_sheet();
+  void show_text();
   void create();
   void save_as();
   void check();
@@ -58,6 +67,12 @@ class createtyp : public QDialog {
   TypList* m_list = nullptr;
   QPlainTextEdit* m_text = nullptr;
   QLabel* m_state = nullptr;
+  QListWidget* m_problems = nullptr;
+  QWidget* m_problem_side = nullptr;
+  // The style as it was read; read again when one of its files changes on the disk.
+  std::optional<SheetSource> m_source;
+  QFileSystemWatcher m_watcher;
+  QTimer m_reading;
   QString m_hint;  // how many polygons have no colour, when there are such
 };
 

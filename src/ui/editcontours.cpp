@@ -88,7 +88,7 @@ editcontours::editcontours(Workspace& workspace, Prompts& prompts, QWidget* pare
   m_interval->setText(QString::number(contour_interval(workspace.settings)));
   m_tolerance->setText(to_qt(number_text(static_cast<float>(workspace.settings.contour_tolerance))));
   m_tool->set_text(to_qt(workspace.settings.contour_tool));
-  m_base->setText(QLatin1String(srtm_base_address));
+  m_base->setText(to_qt(srtm_base_address(workspace.settings)));
   finish_layout();
   show_area();
   // The window stands there first.
@@ -164,6 +164,7 @@ QWidget* editcontours::make_make_row() {
   auto* row = new QHBoxLayout;
   row->addWidget(button("Label6", "tool_page", "tool_page", [this] { open_page(tool_page); }));
   row->addStretch();
+  row->addWidget(button("Command9", "unzip_heights", "unzip_heights", [this] { unpack(); }));
   row->addWidget(button("select_all", "select_all", "hgt_of_area", [this] { m_area->selectAll(); }));
   row->addWidget(button("Command14", "check_contours", "check_contours",
                         [this] { chkcontours(m_workspace, m_prompts); }));
@@ -264,8 +265,11 @@ void editcontours::keep_choices() {
   const bool good = interval >= least_interval && interval <= highest_interval;
   const bool other_numbers = interval != contour_interval(settings) ||
                              static_cast<float>(tolerance) != static_cast<float>(settings.contour_tolerance);
-  if (tool == settings.contour_tool && !(good && other_numbers)) return;
+  const std::string address(trim(from_qt(m_base->text())));
+  const bool other_address = address != srtm_base_address(settings);
+  if (tool == settings.contour_tool && !other_address && !(good && other_numbers)) return;
   settings.contour_tool = tool;
+  if (other_address) settings.srtm_address = address;
   if (good) store_contour_choices(settings, interval, tolerance);
   save_settings();
 }

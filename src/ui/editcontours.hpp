@@ -15,7 +15,8 @@ namespace ferrowen::ui {
 //   List2   contours to be made            Label9  the height folder
 //   Text1   interval    Text2  tolerance   Text3   contour tool          Command4  chooses it
 //   Check1  overwrite   Check2 show the console   Check3 in the working folder     checkerror  pause
-//   Command7  creates   Command14 checks   Command13 counts   Command8 unzips   Command3  download pages
+//   Command7  creates   Command14 checks   Command13 counts   Command3  download pages
+//   Command8, Command9  unzip, one on each page
 //   Text4   base address                   Combo1  region     Label6   page of the contour tool
 //   List4   needed, List5  not downloaded  Label8  their count
 class editcontours : public ToolWindow {

@@ -80,6 +80,7 @@ class f1 : public QMainWindow {
   QWidget* make_left();
   QWidget* make_map_data();
   QWidget* make_map();
+  void make_lock(QCheckBox& box, bool& locked);
   QWidget* make_look();
   QWidget* make_run();
   QWidget* make_centre();

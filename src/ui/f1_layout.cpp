@@ -124,8 +124,8 @@ QWidget* f1::make_map() {
   auto* map_id = m_form->text("map-id", QStringLiteral("Text_mapid"));
   auto* fid_locked = m_form->flag("fid-locked");
   auto* map_id_locked = m_form->flag("map-id-locked");
-  m_binder.caption(fid_locked, Section::labels, "locked");
-  m_binder.caption(map_id_locked, Section::labels, "locked");
+  make_lock(*fid_locked, m_workspace.settings.fid_locked);
+  make_lock(*map_id_locked, m_workspace.settings.map_id_locked);
   fid->setMaxLength(5);
   map_id->setMaxLength(8);
   auto* fresh = new QPushButton(box);
@@ -149,6 +149,15 @@ QWidget* f1::make_map() {
   m_idle_only.push_back(box);
   connect(fresh, &QPushButton::clicked, this, &f1::draw_fid);
   return box;
+}
+
+// A lock outlives whatever ends the program next.
+void f1::make_lock(QCheckBox& box, bool& locked) {
+  m_binder.caption(&box, Section::labels, "locked");
+  connect(&box, &QCheckBox::clicked, this, [this, &locked](bool checked) {
+    locked = checked;
+    save_now();
+  });
 }
 
 QWidget* f1::make_look() {

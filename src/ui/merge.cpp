@@ -90,7 +90,8 @@ void merge::add_files() {
                               {{"PBF (*.pbf)", "*.pbf"}},
                               platform::folder_of(start),
                               false};
-  if (const std::optional<std::string> path = m_prompts.choose_file(question)) add(*path);
+  for (const std::string& path : m_prompts.choose_files(question))
+    add(path);
 }
 
 void merge::remove_selected() {

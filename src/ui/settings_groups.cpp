@@ -29,7 +29,7 @@ const std::vector<SettingsGroup>& settings_groups() {
       {Page::elevation,
        "group_hgt",
        {"hgt-folder", "hgt-auto-search", "hgt-slot", "hgt-folder-1", "hgt-folder-2", "hgt-folder-3",
-        "hgt-folder-4", "hgt-folder-5", "hgt-folder-6"}},
+        "hgt-folder-4", "hgt-folder-5", "hgt-folder-6", "srtm-address"}},
       {Page::elevation,
        "group_clip",
        {"clip-slot", "clip-folder-1", "clip-folder-2", "clip-folder-3", "clip-folder-4", "clip-folder-5"}},

@@ -56,14 +56,26 @@ void TypPreview::show_type(RuleKind kind, const std::string& key) {
   m_night->clear();
   m_label->setText(to_qt(key));
   if (definition == nullptr) {
-    if (m_typ != nullptr && !key.empty())
-      m_label->setText(m_binder.text(Section::labels, "doctor_not_drawn").arg(to_qt(key)));
+    if (m_typ != nullptr && !key.empty()) m_label->setText(missing_text(kind, key));
     return;
   }
   const QSize size(picture_width, picture_height);
   m_day->setPixmap(typ_pixmap(kind, *definition, TypLight::day, size, devicePixelRatioF()));
   m_night->setPixmap(typ_pixmap(kind, *definition, TypLight::night, size, devicePixelRatioF()));
   m_label->setText(to_qt(key) + QLatin1Char('\n') + to_qt(label_text(*definition)));
+}
+
+// A type that is not drawn is often one subtype beside those that are.
+QString TypPreview::missing_text(RuleKind kind, const std::string& key) const {
+  constexpr unsigned bits_of_subtype = 8;
+  const unsigned type = to_qt(key).toUInt(nullptr, 16) >> bits_of_subtype;
+  QStringList drawn;
+  for (const std::uint8_t subtype : subtypes(*m_typ, kind, type))
+    drawn << to_qt(type_key(type, subtype));
+  const QString text = m_binder.text(Section::labels, "doctor_not_drawn").arg(to_qt(key));
+  if (drawn.isEmpty()) return text;
+  return text + QLatin1Char('\n') +
+         m_binder.text(Section::labels, "doctor_subtypes").arg(drawn.join(QStringLiteral(", ")));
 }
 
 QIcon TypPreview::icon(RuleKind kind, const std::string& key) {

@@ -27,6 +27,8 @@ class TypPreview : public QWidget {
   QIcon icon(RuleKind kind, const std::string& key);
 
  private:
+  [[nodiscard]] QString missing_text(RuleKind kind, const std::string& key) const;
+
   TextBinder& m_binder;
   const TypFile* m_typ = nullptr;
   std::map<std::pair<RuleKind, std::string>, QIcon> m_icons;

@@ -105,12 +105,12 @@ std::optional<std::string> WindowPrompts::choose_file(const FileQuestion& questi
   return from_qt(QDir::toNativeSeparators(chosen));
 }
 
-QStringList WindowPrompts::choose_files(const FileQuestion& question) {
-  QStringList chosen =
-      QFileDialog::getOpenFileNames(parent(), to_qt(said(m_texts, question.title)), to_qt(question.proposal),
-                                    filter_text(m_texts, question.filters));
-  for (QString& path : chosen)
-    path = QDir::toNativeSeparators(path);
+std::vector<std::string> WindowPrompts::choose_files(const FileQuestion& question) {
+  std::vector<std::string> chosen;
+  for (const QString& path :
+       QFileDialog::getOpenFileNames(parent(), to_qt(said(m_texts, question.title)), to_qt(question.proposal),
+                                     filter_text(m_texts, question.filters)))
+    chosen.push_back(from_qt(QDir::toNativeSeparators(path)));
   return chosen;
 }
 

@@ -4,9 +4,11 @@
 #include <QAbstractButton>
 #include <QMessageBox>
 #include <QString>
-#include <QStringList>
 #include <QWidget>
 #include <functional>
+#include <optional>
+#include <string>
+#include <vector>
 
 #include "app/interface_texts.hpp"
 #include "base/prompts.hpp"
@@ -25,8 +27,7 @@ class WindowPrompts : public Prompts {
   void tell(std::string_view text, Icon icon = Icon::information) override;
   Answer ask(std::string_view text, Buttons buttons = Buttons::yes_no, Icon icon = Icon::question) override;
   std::optional<std::string> choose_file(const FileQuestion& question) override;
-  // Several existing files at once; none when the person gave up.
-  QStringList choose_files(const FileQuestion& question);
+  std::vector<std::string> choose_files(const FileQuestion& question) override;
   std::optional<std::string> choose_folder(std::string_view title, const std::string& start) override;
   void show_file(const std::string& path) override;
 

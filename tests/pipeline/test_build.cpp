@@ -37,6 +37,25 @@ TEST_CASE("an input that needs no split is built as it is, with its TYP") {
   CHECK(made.workspace.built_files.size() == report.files.size());
 }
 
+TEST_CASE("the default clip folder is taken for one build and no longer") {
+  Made made;
+  for (const char* folder : {"clips", "files", "hgt"})
+    std::filesystem::create_directories(made.home / folder);
+  made.set(
+      "contours=1; clip-contours=1; clip-folder-3={home}/clips; clip-slot=2; hgt-folder-1={home}/hgt; "
+      "hgt-slot=0");
+  made.prompts.default_answer = Answer::yes;
+  made.make({true, {}, false});
+  REQUIRE_FALSE(made.prompts.asks().empty());
+  CHECK(made.prompts.asks().front() ==
+        "Clip folder" + (made.home / "clips") + " contains no files.\r\nUse default folder?");
+  CHECK(made.workspace.settings.clip_slot == 2);
+  CHECK(made.workspace.settings.clip_folders[0].empty());
+  made.prompts.said.clear();
+  create_map(made.workspace, made.prompts, made.progress, BuildServices{});
+  CHECK(made.workspace.settings.clip_slot == 2);
+}
+
 #ifndef _WIN32
 TEST_CASE("a TYP that lies in the output folder under another name is used where it is") {
   Made made;

@@ -81,6 +81,16 @@ TEST_CASE("tags of a style are counted by rule, and places in its text are found
   for (const TagCount& tag : gettag(style))
     counted += tag.key + "=" + tag.value + ":" + std::to_string(tag.rules) + (tag.is_main ? "! " : " ");
   CHECK(counted == "highway=a:2! highway=b:1! x=*:1 x=1:1 ");
+  // Main keys in their own order, the others behind them by name.
+  LoadedStyle keys;
+  const char* rules = "place=a & barrier=a & highway=a & amenity=a & a=a & power=a & landuse=a [0x01]";
+  keys.text = read_style_text(RuleKind::lines, {"lines", "", rules},
+                              [](const StyleInclude&, const std::string&) { return std::nullopt; });
+  keys.rules = get_styletypes(keys.text);
+  counted.clear();
+  for (const TagCount& tag : gettag(keys))
+    counted += tag.key + " ";
+  CHECK(counted == "amenity landuse power highway barrier a place ");
   CHECK(tag_search_address("a:b", "c d") ==
         "https://wiki.openstreetmap.org/w/index.php?search=a%3Ab%3Dc%20d");
   CHECK(srch(style.text, "HIGHWAY", 1) == 1);

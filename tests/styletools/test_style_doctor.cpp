@@ -157,6 +157,19 @@ TEST_CASE(
   CHECK(rows_of(level_list(style_of(""))).back() == "  |Lines|No data|");
 }
 
+TEST_CASE("tags of mkgmap's own and names, with the rules that ask for them") {
+  const LoadedStyle style = style_of(
+      "mkgmap:area2poi= true & mkgmap:region!=* [0x01]\na=b {name 'mkgmap:c'} [0x02]\n"
+      "a=b & Int_Name=* [0x03]\n");
+  CHECK(rows_of(parse_mkg(style)) ==
+        Texts{"#||MKGMAP|", rule_of_marks,
+              "  |Lines|mkgmap:area2poi, mkgmap:region|1 mkgmap:area2poi= true & mkgmap:region!=* [0x01]"});
+  CHECK(rows_of(parsename(style)) ==
+        Texts{"#||NAME|", rule_of_marks, "  |Lines|NAME|3 a=b & Int_Name=* [0x03]"});
+  CHECK(rows_of(parsename(style_of("a=b [0x01]"))).back() == "  |Lines|No data|");
+  CHECK(parse_mkg(style).issues == 0);
+}
+
 TEST_CASE("PLACES: sizes in their order of ranges") {
   const std::tuple<const char*, const char*> cases[] = {
       {"0x0400", " BOLD & BIG"}, {"0x05ff", " BOLD & BIG"},   {"0x0600", " BIG"},          {"0x0aff", " BIG"},

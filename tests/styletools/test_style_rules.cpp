@@ -58,7 +58,6 @@ TEST_CASE("a rule line gives condition, type, road class, resolution and level")
   CHECK(second.with_actions);
   CHECK(third.key == "10F04");
   CHECK(third.level == 2);
-  CHECK(rules.statement_of(third).has_delete);
   CHECK(rules.statement_of(third).tests_name);
   CHECK(rules.statement_of(third).mkgmap_tags == std::vector<std::string>{"region"});
 }
@@ -117,6 +116,14 @@ TEST_CASE("brackets that are never closed are reported and swallow no rule") {
   REQUIRE(rules.problems.size() == 2);
   CHECK(rules.problems[0].place.line == 1);
   CHECK(rules.problems[1].text == "'{' is opened here and never closed.");
+}
+
+TEST_CASE("include letters go on behind z") {
+  const std::pair<std::uint32_t, const char*> cases[] = {{0, ""},       {1, "a) "},    {26, "z) "},
+                                                         {27, "aa) "},  {52, "az) "},  {53, "ba) "},
+                                                         {702, "zz) "}, {703, "aaa) "}};
+  for (const auto& [file, letter] : cases)
+    CHECK(include_letter(file) == letter);
 }
 
 TEST_CASE("includes: appended in the order met, once each, in the case written, and seen where they stand") {

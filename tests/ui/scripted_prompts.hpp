@@ -27,8 +27,9 @@ class ScriptedPrompts : public Prompts {
 
   std::vector<Said> said;
   std::vector<FileQuestion> file_questions;
-  std::deque<Answer> answers;                     // the next one in front
-  std::deque<std::optional<std::string>> chosen;  // for files and folders
+  std::deque<Answer> answers;                            // the next one in front
+  std::deque<std::optional<std::string>> chosen;         // for files and folders
+  std::deque<std::vector<std::string>> chosen_together;  // for several files at once
   std::vector<std::string> unexpected;
   std::function<void(const Said&)> on_text;  // looks at the windows while a message is up
 
@@ -46,6 +47,13 @@ class ScriptedPrompts : public Prompts {
     file_questions.push_back(question);
     add({Kind::choose_file, question.title, Icon::none, Buttons::yes_no});
     return next(chosen, std::optional<std::string>{});
+  }
+
+  std::vector<std::string> choose_files(const FileQuestion& question) override {
+    if (chosen_together.empty()) return Prompts::choose_files(question);
+    file_questions.push_back(question);
+    add({Kind::choose_file, question.title, Icon::none, Buttons::yes_no});
+    return next(chosen_together, std::vector<std::string>{});
   }
 
   std::optional<std::string> choose_folder(std::string_view title, const std::string& /*start*/) override {

@@ -3,6 +3,7 @@
 #include <QTabWidget>
 #include <QTimer>
 
+#include "elevation/download_help.hpp"
 #include "ui/editcontours.hpp"
 #include "ui/tool_desk.hpp"
 
@@ -57,8 +58,19 @@ void TestEditContours::heights_are_downloaded_and_unzipped() {
   ToolDesk::click(window, "Command13");
   QVERIFY(desk.prompts.has("HGT files missing (1)\r\nN47E009.hgt"));
   desk.workspace.settings.seven_zip.clear();
-  ToolDesk::click(window, "Command8");
+  ToolDesk::find<QTabWidget>(window, "editcontours_tabs")->setCurrentIndex(0);
+  desk.prompts.forget();
+  ToolDesk::click(window, "Command9");
   QVERIFY(desk.prompts.has("Please locate 7z.exe  (Contours,Unzip)"));
+  // The download address is kept; an empty one gives the usual one back.
+  window.reject();
+  QVERIFY(read_whole_file(desk.path("ferrow6.dat")).find("https://example.org/SRTM3") != std::string::npos);
+  ui::editcontours again(desk.workspace, desk.prompts);
+  auto* address = ToolDesk::find<QLineEdit>(again, "Text4");
+  QCOMPARE(address->text(), QStringLiteral("https://example.org/SRTM3"));
+  address->clear();
+  again.reject();
+  QCOMPARE(srtm_base_address(desk.workspace.settings), std::string(usual_srtm_address));
 }
 
 void TestEditContours::contours_are_made() {

@@ -62,6 +62,7 @@ class TestF1 : public QObject {
   void folder_that_cannot_be_used();
   void files_menu();
   void inputs_of_every_kind();
+  void locks_are_kept_at_once();
 };
 
 // With the real splitter and mkgmap on the sample map.
@@ -364,6 +365,22 @@ void TestF1::inputs_of_every_kind() {
   QCOMPARE(state(), QStringLiteral("Does not need splitting"));
   desk.press("Command_create");
   QVERIFY(file_has_content(platform::join(build_output_folder(desk.workspace().settings), "13224385.img")));
+}
+
+void TestF1::locks_are_kept_at_once() {
+  PreparedDesk desk;
+  const auto stored = [&](const char* field) {
+    const std::vector<std::string> lines = split_lines(read_whole_file(desk.path("ferrow6.dat")));
+    return lines.at(static_cast<std::size_t>(find_field(field)->line));
+  };
+  desk.type("Text12", QStringLiteral("not to be kept yet"));
+  for (const char* lock : {"fid-locked", "map-id-locked"}) {
+    for (const bool on : {true, false}) {
+      desk.tick(lock, on);
+      QCOMPARE(stored(lock), std::string(on ? "1" : "0"));
+    }
+  }
+  QVERIFY(stored("map-name") != "not to be kept yet");
 }
 
 QTEST_MAIN(TestF1)

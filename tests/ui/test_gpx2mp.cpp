@@ -77,10 +77,12 @@ void TestGpx2mp::what_cannot_be_converted() {
   desk.window->add_files({to_qt(desk.write("notes.txt", track))});
   QCOMPARE(desk.prompts.texts(), Texts{"Not a gpx file."});
   QCOMPARE(desk.find<QListWidget>("mp_files")->count(), 0);
-  desk.prompts.chosen = {desk.write("bad.gpx", "<gpx/>")};
+  desk.prompts.chosen_together = {{desk.write("bad.gpx", "<gpx/>"), desk.write("later.gpx", track)}, {}};
   desk.press("mp_add");
+  QCOMPARE(desk.find<QListWidget>("mp_files")->count(), 2);
+  desk.press("mp_add");  // given up
   QCOMPARE(desk.prompts.file_questions.back().filters.front().pattern, std::string("*.gpx"));
-  desk.window->add_files({to_qt(desk.write("later.gpx", track))});
+  QCOMPARE(desk.find<QListWidget>("mp_files")->count(), 2);
   desk.press("mp_convert");
   QCOMPARE(desk.prompts.texts(Kind::tell).back(), std::string("Cannot find required data"));
   QCOMPARE(desk.find<QLabel>("mp_status")->text(), QStringLiteral("0 of 2 files written"));

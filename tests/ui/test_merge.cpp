@@ -35,8 +35,8 @@ void TestMerge::files_are_listed_ordered_kept_and_merged() {
   ToolDesk::click(window, "Command1");
   ToolDesk::click(window, "Command7");
   QVERIFY(desk.prompts.has("Must contain at least 2 files"));
-  ToolDesk::drop(window, two);
-  ToolDesk::drop(window, broken);
+  desk.prompts.chosen_together = {{two, broken}};
+  ToolDesk::click(window, "Command1");
   files->setCurrentRow(2);
   ToolDesk::click(window, "Command3");
   QCOMPARE(files->item(1)->text(), ui::to_qt(broken));

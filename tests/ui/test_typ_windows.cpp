@@ -3,6 +3,7 @@
 #include <QGuiApplication>
 #include <QTemporaryDir>
 #include <QTest>
+#include <filesystem>
 
 #include "app/tools.hpp"
 #include "base/files.hpp"
@@ -78,6 +79,7 @@ class TypWindows : public QObject {
   void a_sheet_is_shown_before_it_is_written();
   void mkgmap_judges_the_text();
   void mistakes_are_told();
+  void the_preview_follows_the_style();
   void digits_are_typed();
   void colours_are_picked();
 };
@@ -149,6 +151,32 @@ void TypWindows::mistakes_are_told() {
   QCOMPARE(desk.prompts.texts(),
            (Texts{"No style selected.", "missing points", "missing polygons", "Invalid FID. (1 - 65000)"}));
   QVERIFY(!file_exists(desk.workspace.path("temp.txt")));
+}
+
+void TypWindows::the_preview_follows_the_style() {
+  Desk desk;
+  desk.open();
+  desk.choose_style("plain");
+  auto* problems = desk.find<QListWidget>("typ_problems");
+  auto* list = desk.find<QTreeWidget>("typ_list");
+  QVERIFY(!problems->isVisible());
+  desk.choose_style("roads");
+  QCOMPARE(problems->count(), 2);
+  QCOMPARE(problems->item(0)->text(), QStringLiteral("missing points"));
+  QVERIFY(problems->isVisible());
+  // The file is replaced, as editors do, and then one more comes.
+  desk.write("styles/roads/lines", "highway=primary [0x03 level 2]\ninclude 'none';\nhighway=path [0x16]\n");
+  QTRY_COMPARE(list->topLevelItemCount(), 2);
+  QCOMPARE(problems->item(2)->text(), QStringLiteral("lines:2: The included file 'none' is missing."));
+  desk.write("styles/roads/points", "amenity=fuel [0x2f0c level 2]\n");
+  QTRY_COMPARE(list->topLevelItemCount(), 3);
+  desk.write("styles/roads/lines", "highway=primary [0x03 level 2]\n");
+  QTRY_COMPARE(list->topLevelItemCount(), 2);
+  // Nothing is read while the family ID is typed.
+  std::filesystem::remove_all(desk.workspace.path("styles/roads"));
+  desk.find<QLineEdit>("Text1")->setText(QStringLiteral("77"));
+  QVERIFY(desk.find<QPlainTextEdit>("typ_text")->toPlainText().contains(QStringLiteral("FID=77")));
+  QCOMPARE(list->topLevelItemCount(), 2);
 }
 
 void TypWindows::digits_are_typed() {

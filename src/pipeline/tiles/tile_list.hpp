@@ -43,12 +43,12 @@ TileCount count_tiles(const std::string& folder);
 // Pure part: joins areas and blocks by tile number, in the order of areas.list.
 TileList join_tiles(std::string_view areas_list_text, std::string_view template_text);
 
-struct Rgb {
+struct StateColour {
   int red = 0, green = 0, blue = 0;
 };
 struct StateDisplay {
   std::string text;
-  Rgb colour;
+  StateColour colour;
 };
 // Indicator of a state; nothing for a state that leaves the indicator unchanged.
 std::optional<StateDisplay> state_display(SplitState state, const Workspace& workspace);

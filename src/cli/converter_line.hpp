@@ -1,0 +1,22 @@
+// The part of the command line about conversions to Polish MP: gpx2mp, kml2mp.
+#pragma once
+
+#include <string>
+
+#include "cli/command_line.hpp"
+
+namespace CLI {
+class App;
+}
+
+namespace ferrowen {
+
+struct ConverterArguments {
+  GpxArguments gpx;
+  KmlArguments kml;
+};
+
+// `hint` ends the help of every command.
+void add_converters(CLI::App& app, ConverterArguments& arguments, const std::string& hint);
+
+}  // namespace ferrowen
