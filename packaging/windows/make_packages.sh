@@ -1,6 +1,7 @@
 #!/bin/sh
 # Makes what users of Windows get, on Debian: dist/ferrowen-setup.exe and dist/ferrowen-VERSION-windows-portable.zip.
 set -eu
+export LC_ALL=C.UTF-8
 root=$(cd "$(dirname "$0")/../.." && pwd)
 cd "$root"
 . cmake/setup.sh

@@ -8,6 +8,7 @@ Pictures go to BUILD/screenshots."""
 import os
 import pathlib
 import shutil
+import signal
 import subprocess
 import sys
 import tempfile
@@ -122,7 +123,7 @@ class Check:
         end = time.monotonic() + 60
         while program.poll() is None:
             expect(time.monotonic() < end, "ferrowen6.exe did not end")
-            windows.run(windows.screen_program, "close", "Ferrowen") if program.poll() is None else None
+            windows.screen("close", "Ferrowen")
             time.sleep(1)
         equal(program.returncode, 0, "the exit status of ferrowen6.exe")
 
@@ -376,6 +377,8 @@ def main():
     arguments = [pathlib.Path(word).resolve() for word in sys.argv[1:6]]
     only = sys.argv[6:]
     check = Check(*arguments)
+    # Stopped from outside it cleans up too.
+    signal.signal(signal.SIGTERM, lambda *_: sys.exit(1))
     steps = (("per-user", check.per_user, False), ("umlauts", check.umlauts, False),
              ("portable", check.from_zip, False), ("all-users", check.all_users, False),
              ("running-and-older", check.running_and_older, False), ("not-writable", check.not_writable, True),

@@ -5,7 +5,7 @@
 //   screen window TITLE     waits for a visible window whose title holds TITLE
 //   screen text TEXT        waits for a control that holds TEXT
 //   screen press TEXT       waits for an enabled button of this text (without "&") and presses it
-//   screen close TITLE      closes the windows whose titles hold TITLE
+//   screen close TITLE      closes the windows whose titles hold TITLE, if there are any
 //
 // Exit status 1: nothing of the kind came within 60 seconds.
 #include <windows.h>
@@ -83,12 +83,10 @@ bool press(const std::string& wanted) {
   return button != nullptr && PostMessageW(button, BM_CLICK, 0, 0) != 0;
 }
 
-bool close(const std::string& wanted) {
-  bool found = false;
+void close(const std::string& wanted) {
   each_window([&](HWND window) {
-    if (holds(text_of(window), wanted)) found = PostMessageW(window, WM_CLOSE, 0, 0) != 0;
+    if (holds(text_of(window), wanted)) PostMessageW(window, WM_CLOSE, 0, 0);
   });
-  return found;
 }
 
 bool comes(const std::function<bool()>& look) {
@@ -109,12 +107,11 @@ int main(int count, char** arguments) {
     return 0;
   }
   if (words.size() != 2) return 2;
-  if (comes([&] {
-        if (words[0] == "press") return press(words[1]);
-        if (words[0] == "close") return close(words[1]);
-        return is_there(words[0], words[1]);
-      }))
+  if (words[0] == "close") {
+    close(words[1]);
     return 0;
+  }
+  if (comes([&] { return words[0] == "press" ? press(words[1]) : is_there(words[0], words[1]); })) return 0;
   std::cerr << "screen: no " << words[0] << " \"" << words[1] << "\" came\n";
   print_words();
   return 1;

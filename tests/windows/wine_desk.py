@@ -5,6 +5,7 @@ import pathlib
 import shutil
 import struct
 import subprocess
+import tempfile
 import time
 import zlib
 
@@ -74,20 +75,22 @@ class Windows:
             "WINEPREFIX": str(self.prefix), "WINEDEBUG": "-all", "HOME": str(home), "DISPLAY": display,
             "LC_ALL": "C.UTF-8", "WINEDLLOVERRIDES": "winemenubuilder.exe=d;mscoree=d;mshtml=d"}
 
-    def start(self, *arguments, **more):
-        environment = self.environment | more.pop("environment", {})
-        return subprocess.Popen(["wine", *map(str, arguments)], env=environment, stdin=subprocess.DEVNULL,
-                                stdout=subprocess.PIPE, stderr=subprocess.PIPE, **more)
+    def start(self, *arguments, output=subprocess.DEVNULL, environment=None):
+        return subprocess.Popen(["wine", *map(str, arguments)], env=self.environment | (environment or {}),
+                                stdin=subprocess.DEVNULL, stdout=output, stderr=subprocess.DEVNULL)
 
-    def run(self, *arguments, seconds=300, **more):
+    def run(self, *arguments, seconds=300, environment=None):
         """Exit status and standard output of a Windows program."""
-        process = self.start(*arguments, **more)
-        try:
-            output, _ = process.communicate(timeout=seconds)
-        except subprocess.TimeoutExpired:
-            process.kill()
-            raise AssertionError(f"{arguments[0]} did not end within {seconds} seconds") from None
-        return process.returncode, output.decode("utf-8", "replace").replace("\r", "")
+        # Not through a pipe: what Wine starts beside the program would hold it open.
+        with tempfile.TemporaryFile() as output:
+            process = self.start(*arguments, output=output, environment=environment)
+            try:
+                process.wait(timeout=seconds)
+            except subprocess.TimeoutExpired:
+                process.kill()
+                raise AssertionError(f"{arguments[0]} did not end within {seconds} seconds") from None
+            output.seek(0)
+            return process.returncode, output.read().decode("utf-8", "replace").replace("\r", "")
 
     def end(self):
         subprocess.run(["wineserver", "-k", "-w"], env=self.environment, check=False)
