@@ -1,7 +1,7 @@
 // A stand-in for Java with splitter.jar and mkgmap.jar: leaves the files that the real tools would leave, or
 // fails in one of their ways. How it behaves is told by the file "stand-in-mode" in the working folder. Where
-// a folder "prepared" stands beside the program, what the real tools once left there ("split", "build") is
-// copied.
+// a folder "prepared" stands beside the jar, what the real tools once left is copied from it ("split",
+// "build").
 #include <algorithm>
 #include <chrono>
 #include <cstdio>
@@ -68,9 +68,14 @@ std::string date_now() {
 void sleep_for_minutes() { std::this_thread::sleep_for(std::chrono::minutes(5)); }
 
 // False where nothing is prepared for this tool. The copies are as new as what the real tool would write.
-bool leave_prepared(const fs::path& program, const char* tool, const fs::path& target) {
-  const fs::path kept = program.parent_path() / "prepared" / tool;
+bool leave_prepared(const Words& words) {
+  const auto jar = std::find_if(words.begin(), words.end(),
+                                [](const std::string& word) { return word.ends_with(".jar"); });
+  if (jar == words.end()) return false;
+  const char* const tool = jar->ends_with("splitter.jar") ? "split" : "build";
+  const fs::path kept = path_of(*jar).parent_path() / "prepared" / tool;
   if (!fs::is_directory(kept)) return false;
+  const fs::path target = path_of(option_value(words, "--output-dir="));
   for (const fs::directory_entry& entry : fs::directory_iterator(kept))
     write_text(target / entry.path().filename(), read_text(entry.path()));
   return true;
@@ -165,11 +170,7 @@ int main(int count, char** arguments) {
     std::cerr << "Error: input file doesn't exist or is not a readable file: x\n";
     return 1;
   }
-  const bool splits = std::any_of(words.begin(), words.end(),
-                                  [](const std::string& word) { return word.ends_with("splitter.jar"); });
-  if (leave_prepared(path_of(arguments[0]), splits ? "split" : "build",
-                     path_of(option_value(words, "--output-dir="))))
-    return 0;
+  if (leave_prepared(words)) return 0;
   for (const std::string& word : words) {
     if (word.ends_with("splitter.jar")) return split(words);
     if (word.ends_with("mkgmap.jar")) return build(words);
