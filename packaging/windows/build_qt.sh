@@ -38,8 +38,8 @@ own_apt update
 (cd "$work" && own_apt --only-source source "qt6-base=$debian_version")
 
 # Off: what no window of this program uses, and what needs headers that the source package leaves out.
-features_off="tabletevent sql dbus opengl printsupport xml concurrent network vulkan icu glib jpeg system_zlib
-  system_png system_freetype system_harfbuzz system_pcre2 system_doubleconversion zstd brotli"
+features_off="tabletevent sql dbus opengl printsupport xml concurrent network vulkan icu glib jpeg direct2d direct2d1_1
+  system_zlib system_png system_freetype system_harfbuzz system_pcre2 system_doubleconversion zstd brotli"
 set --
 for feature in $features_off; do set -- "$@" "-DFEATURE_$feature=OFF"; done
 say "building, a quarter of an hour or more; what the build says is in $work/log"
