@@ -12,12 +12,34 @@ if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU")
 endif()
 if(WIN32)
   target_compile_definitions(ferrowen_options INTERFACE _WIN32_WINNT=0x0A00 NOMINMAX WIN32_LEAN_AND_MEAN)
+  # A program of one file, but for those with Qt: they share the compiler's libraries with Qt's own.
+  target_link_options(ferrowen_options INTERFACE
+    $<$<NOT:$<BOOL:$<TARGET_PROPERTY:FERROWEN_SHARED_RUNTIME>>>:-static>)
 endif()
 if(FERROWEN_SANITIZE)
   target_compile_options(ferrowen_options INTERFACE
     -fsanitize=fuzzer-no-link,address,undefined -fno-sanitize-recover=all -fno-omit-frame-pointer)
   target_link_options(ferrowen_options INTERFACE -fsanitize=address,undefined)
 endif()
+
+# ferrowen_resources(TARGET "what it is"): manifest, icon and version of a Windows program; elsewhere nothing.
+function(ferrowen_resources target description)
+  if(NOT WIN32)
+    return()
+  endif()
+  set(RESOURCE_TARGET ${target})
+  set(RESOURCE_DESCRIPTION ${description})
+  get_target_property(name ${target} OUTPUT_NAME)
+  if(NOT name)
+    set(name ${target})
+  endif()
+  set(RESOURCE_FILE_NAME ${name}.exe)
+  set(written ${PROJECT_BINARY_DIR}/generated/resources/${target}.rc)
+  configure_file(${PROJECT_SOURCE_DIR}/src/platform/win32/ferrowen.rc.in ${written} @ONLY)
+  set_source_files_properties(${written} PROPERTIES OBJECT_DEPENDS
+    "${PROJECT_SOURCE_DIR}/src/platform/win32/ferrowen.manifest;${PROJECT_SOURCE_DIR}/packaging/windows/ferrowen.ico")
+  target_sources(${target} PRIVATE ${written})
+endfunction()
 
 # ferrowen_room(NAME folder SOURCES file... USES room... [PCH header])
 function(ferrowen_room name folder)

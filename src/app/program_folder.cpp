@@ -84,7 +84,9 @@ std::string find_program_folder(const std::optional<std::string>& home) {
     return platform::absolute(*variable);
   std::string own_folder = platform::folder_of(platform::executable_path());
 #ifdef _WIN32
-  if (platform::folder_is_writable(own_folder)) return own_folder;
+  // An administrator could write to the programs' folder too, but each user's files are his own there.
+  const bool for_all_users = file_exists(platform::join(own_folder, file_name::for_all_users));
+  if (!for_all_users && platform::folder_is_writable(own_folder)) return own_folder;
   return platform::join(platform::user_data_folder(), "Ferrowen");
 #else
   if (file_exists(platform::join(own_folder, file_name::settings))) return own_folder;

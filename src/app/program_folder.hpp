@@ -37,8 +37,9 @@ const std::vector<std::string_view>& program_subfolders();
 const std::vector<std::string_view>& shipped_assets();
 
 // `home` (from --home) wins; then FERROWEN_HOME; then the system's rule: Windows takes the folder of the
-// executable when it can be written, else %LOCALAPPDATA%\Ferrowen; elsewhere the folder of the executable
-// when it holds a settings file, else the user's data folder + "ferrowen". Always absolute.
+// executable when it can be written and was not installed for all users, else %LOCALAPPDATA%\Ferrowen;
+// elsewhere the folder of the executable when it holds a settings file, else the user's data folder +
+// "ferrowen". Always absolute.
 std::string find_program_folder(const std::optional<std::string>& home);
 // Folder of the shipped assets; "" when none is found.
 std::string find_assets_folder();
@@ -63,6 +64,8 @@ inline constexpr std::string_view script_template = "newscrpt";
 inline constexpr std::string_view tag_templates = "commands";
 inline constexpr std::string_view last_file = "system/lastfile";
 inline constexpr std::string_view lock = "system/lock";
+// Left beside the Windows programs by a setup for all users.
+inline constexpr std::string_view for_all_users = "for-all-users.txt";
 #ifdef _WIN32
 inline constexpr std::string_view run_script = "run.bat";
 #else

@@ -48,8 +48,11 @@ std::string path_text(const std::filesystem::path& path) {
 
 std::string shared_data_file(const std::string& name) {
   const std::string program_folder = folder_of(executable_path());
-  const std::string share = join(join(folder_of(program_folder), "share"), "ferrowen");
-  for (const std::string& folder : {program_folder, share}) {
+  const std::string share = join("share", "ferrowen");
+  // The own share folder comes first: where the program keeps its files beside itself, those of the same
+  // name beside the executable are the person's.
+  for (const std::string& folder :
+       {join(program_folder, share), program_folder, join(folder_of(program_folder), share)}) {
     std::string path = join(folder, name);
     std::error_code error;
     if (std::filesystem::exists(file_system_path(path), error)) return path;

@@ -35,8 +35,8 @@ std::string home_folder();
 std::string user_data_folder();
 // Windows %APPDATA% (the "roaming" folder); elsewhere the user data folder.
 std::string roaming_data_folder();
-// Where programs keep files shared by all users: beside the executable, or ../share/ferrowen of it. The
-// first of them that holds `name`; "" when none does.
+// Where programs keep files shared by all users: share/ferrowen beside the executable, its own folder, or
+// ../share/ferrowen of it. The first of them that holds `name`; "" when none does.
 std::string shared_data_file(const std::string& name);
 
 // The 8.3 form of an existing path with blanks where the system has one; otherwise the path itself.

@@ -1,5 +1,8 @@
 // A stand-in for Java with splitter.jar and mkgmap.jar: leaves the files that the real tools would leave, or
-// fails in one of their ways. How it behaves is told by the file "stand-in-mode" in the working folder.
+// fails in one of their ways. How it behaves is told by the file "stand-in-mode" in the working folder. Where
+// a folder "prepared" stands beside the jar, what the real tools once left is copied from it ("split",
+// "build").
+#include <algorithm>
 #include <chrono>
 #include <cstdio>
 #include <ctime>
@@ -63,6 +66,20 @@ std::string date_now() {
 }
 
 void sleep_for_minutes() { std::this_thread::sleep_for(std::chrono::minutes(5)); }
+
+// False where nothing is prepared for this tool. The copies are as new as what the real tool would write.
+bool leave_prepared(const Words& words) {
+  const auto jar = std::find_if(words.begin(), words.end(),
+                                [](const std::string& word) { return word.ends_with(".jar"); });
+  if (jar == words.end()) return false;
+  const char* const tool = jar->ends_with("splitter.jar") ? "split" : "build";
+  const fs::path kept = path_of(*jar).parent_path() / "prepared" / tool;
+  if (!fs::is_directory(kept)) return false;
+  const fs::path target = path_of(option_value(words, "--output-dir="));
+  for (const fs::directory_entry& entry : fs::directory_iterator(kept))
+    write_text(target / entry.path().filename(), read_text(entry.path()));
+  return true;
+}
 
 // Three tiles side by side, from the map ID upwards.
 int split(const Words& words) {
@@ -153,6 +170,7 @@ int main(int count, char** arguments) {
     std::cerr << "Error: input file doesn't exist or is not a readable file: x\n";
     return 1;
   }
+  if (leave_prepared(words)) return 0;
   for (const std::string& word : words) {
     if (word.ends_with("splitter.jar")) return split(words);
     if (word.ends_with("mkgmap.jar")) return build(words);

@@ -1,0 +1,77 @@
+#!/bin/sh
+# Makes what users of Windows get, on Debian: dist/ferrowen-setup.exe and dist/ferrowen-VERSION-windows-portable.zip.
+set -eu
+export LC_ALL=C.UTF-8
+root=$(cd "$(dirname "$0")/../.." && pwd)
+cd "$root"
+. cmake/setup.sh
+# shellcheck disable=SC2086
+need_packages $windows_packages
+
+build=$root/build/windows
+tree=$build/setup/tree
+qt=$(sh packaging/windows/build_qt.sh)
+
+say() { echo "== $*"; }
+
+say "Building the programs"
+cmake --preset windows -DFERROWEN_WINDOWS_QT="$qt" -DCMAKE_PREFIX_PATH="$qt" -DQT_HOST_PATH=/usr \
+  -DQT_HOST_PATH_CMAKE_DIR="/usr/lib/$(dpkg-architecture -q DEB_HOST_MULTIARCH)/cmake" >/dev/null
+cmake --build --preset windows --target ferrowen ferrowen6 ferrowen-contours -- --quiet
+version=$(sed -n 's/^CMAKE_PROJECT_VERSION:STATIC=//p' "$build/CMakeCache.txt")
+
+# The assets are made with this machine's own tools.
+say "Making the assets"
+[ -f build/release/build.ninja ] || cmake --preset release -DFERROWEN_TESTS=OFF >/dev/null
+cmake --build --preset release --target ferrowen-assets ferrowen-guide -- --quiet
+
+say "Putting the files together"
+rm -rf "$build/setup"
+mkdir -p "$tree/platforms" "$tree/styles" "$tree/share" "$tree/licences"
+cp "$build/bin/ferrowen.exe" "$build/bin/ferrowen6.exe" "$build/bin/ferrowen-contours.exe" "$tree/"
+x86_64-w64-mingw32-strip "$tree"/*.exe
+cp "$qt/bin/Qt6Core.dll" "$qt/bin/Qt6Gui.dll" "$qt/bin/Qt6Widgets.dll" "$tree/"
+cp "$qt/plugins/platforms/qwindows.dll" "$tree/platforms/"
+cp "$qt/plugins/styles/"*.dll "$tree/styles/"
+for library in libstdc++-6.dll libgcc_s_seh-1.dll libwinpthread-1.dll; do
+  cp "$(x86_64-w64-mingw32-g++-posix -print-file-name=$library)" "$tree/"
+done
+cp -R build/release/share/ferrowen "$tree/share/"
+
+crlf() { sed 's/\r*$/\r/'; }
+copyright_of() { crlf <"/usr/share/doc/$1/copyright" >"$tree/licences/$2"; }
+crlf <LICENSE >"$tree/licences/Ferrowen.txt"
+copyright_of g++-mingw-w64-x86-64-posix "GCC libraries.txt"
+copyright_of mingw-w64-x86-64-dev "mingw-w64.txt"
+copyright_of libcli11-dev "CLI11.txt"
+copyright_of nlohmann-json3-dev "nlohmann-json.txt"
+for text in LGPL-3.0-only GPL-3.0-only; do crlf <"$qt/licences/$text.txt" >"$tree/licences/Qt $text.txt"; done
+crlf <"$qt/licences/copyright" >"$tree/licences/Qt parts.txt"
+crlf >"$tree/licences/Qt.txt" <<END
+Qt6Core.dll, Qt6Gui.dll, Qt6Widgets.dll and the files in platforms and styles are libraries of Qt, used under the
+GNU Lesser General Public License, version 3 ("Qt LGPL-3.0-only.txt", which adds to "Qt GPL-3.0-only.txt").
+
+They are built without changes from Debian's source package qt6-base, version $(cat "$qt/licences/version"):
+apt-get source qt6-base=$(cat "$qt/licences/version")
+How they are built stands in packaging/windows/build_qt.sh of Ferrowen's own source. You may put libraries that
+you have built yourself in their place. "Qt parts.txt" names the authors and licences of the parts of Qt.
+END
+
+# Files first, then the folders, inner ones before outer ones; as UTF-16, which the setup reads.
+list=$build/setup/installed-files.txt
+(
+  cd "$tree"
+  { find . -type f | sort; echo ./uninstall.exe; echo ./installed-files.txt; find . -mindepth 1 -depth -type d | sed 's|$|/|'; } |
+    sed 's|^\./||; s|/|\\|g; s|$|\r|' | iconv -f UTF-8 -t UTF-16LE
+) >"$list"
+echo "$version" >"$build/setup/version"
+
+say "Packing"
+sh packaging/windows/make_setup.sh "$version" dist/ferrowen-setup.exe
+zip_file=$root/dist/ferrowen-$version-windows-portable.zip
+rm -f "$zip_file"
+cp -al "$tree" "$build/setup/Ferrowen"
+(cd "$build/setup" && zip -q -X -9 -r "$zip_file" Ferrowen)
+rm -r "$build/setup/Ferrowen"
+du -sh "$tree" | sed 's/\t.*/ installed/'
+ls -l dist/ferrowen-setup.exe "$zip_file" | awk '{ print $5, $NF }'

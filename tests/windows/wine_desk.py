@@ -1,0 +1,151 @@
+"""A Windows of the test's own: a Wine prefix, a screen without a display, and what can be asked of both."""
+import hashlib
+import os
+import pathlib
+import shutil
+import struct
+import subprocess
+import tempfile
+import time
+import zlib
+
+
+class Screen:
+    """Xvfb with its picture in a file, which can be kept as PNG at any time."""
+
+    def __init__(self, folder, number):
+        self.display = f":{number}"
+        self.frame = folder / "Xvfb_screen0"
+        self.process = subprocess.Popen(
+            ["Xvfb", self.display, "-screen", "0", "1400x900x24", "-fbdir", str(folder), "-nolisten", "tcp"],
+            stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL)
+        wait_until(self.frame.exists, "the screen")
+
+    def close(self):
+        self.process.terminate()
+        self.process.wait()
+
+    def keep_picture(self, target):
+        """Saves what is seen and returns the number of its colours, at most 256 looked for."""
+        data = self.frame.read_bytes()
+        head = struct.unpack(">25I", data[:100])
+        header_size, width, height, line_bytes, colours = head[0], head[4], head[5], head[12], head[19]
+        start = header_size + colours * 12
+        rows, seen = [], set()
+        for y in range(height):
+            line = data[start + y * line_bytes:start + y * line_bytes + width * 4]
+            row = bytearray(width * 3)
+            row[0::3], row[1::3], row[2::3] = line[2::4], line[1::4], line[0::4]
+            rows.append(b"\0" + bytes(row))
+            if len(seen) < 256:
+                seen.update(zip(line[0::4], line[1::4], line[2::4]))
+        target.write_bytes(png(width, height, b"".join(rows)))
+        return len(seen)
+
+
+def png(width, height, rows):
+    def chunk(kind, body):
+        return struct.pack(">I", len(body)) + kind + body + struct.pack(">I", zlib.crc32(kind + body))
+
+    header = struct.pack(">IIBBBBB", width, height, 8, 2, 0, 0, 0)
+    return (b"\x89PNG\r\n\x1a\n" + chunk(b"IHDR", header) + chunk(b"IDAT", zlib.compress(rows, 6)) +
+            chunk(b"IEND", b""))
+
+
+def wait_until(look, what, seconds=60):
+    end = time.monotonic() + seconds
+    while not look():
+        if time.monotonic() > end:
+            raise AssertionError(f"{what} did not come within {seconds} seconds")
+        time.sleep(0.1)
+
+
+class Windows:
+    """A Wine prefix below `folder`; `screen_program` is screen.exe of these tests."""
+
+    def __init__(self, folder, display, screen_program):
+        self.folder = folder
+        self.prefix = folder / "prefix"
+        self.screen_program = screen_program
+        home = folder / "home"
+        home.mkdir(parents=True, exist_ok=True)
+        kept = {name: value for name, value in os.environ.items() if not name.startswith(("FERROWEN", "WINE", "XDG"))}
+        # The desktop of the person who runs the test stays as it is.
+        self.environment = kept | {
+            "WINEPREFIX": str(self.prefix), "WINEDEBUG": "-all", "HOME": str(home), "DISPLAY": display,
+            "LC_ALL": "C.UTF-8", "WINEDLLOVERRIDES": "winemenubuilder.exe=d;mscoree=d;mshtml=d"}
+
+    def start(self, *arguments, output=subprocess.DEVNULL, environment=None):
+        return subprocess.Popen(["wine", *map(str, arguments)], env=self.environment | (environment or {}),
+                                stdin=subprocess.DEVNULL, stdout=output, stderr=subprocess.DEVNULL)
+
+    def run(self, *arguments, seconds=300, environment=None):
+        """Exit status and standard output of a Windows program."""
+        # Not through a pipe: what Wine starts beside the program would hold it open.
+        with tempfile.TemporaryFile() as output:
+            process = self.start(*arguments, output=output, environment=environment)
+            try:
+                process.wait(timeout=seconds)
+            except subprocess.TimeoutExpired:
+                process.kill()
+                raise AssertionError(f"{arguments[0]} did not end within {seconds} seconds") from None
+            output.seek(0)
+            return process.returncode, output.read().decode("utf-8", "replace").replace("\r", "")
+
+    def end(self):
+        subprocess.run(["wineserver", "-k", "-w"], env=self.environment, check=False)
+
+    # Paths
+
+    def drive(self, *parts):
+        return self.prefix.joinpath("drive_c", *parts)
+
+    def name_of(self, path):
+        """A path of this machine as Windows sees it."""
+        path = pathlib.Path(path)
+        if path.is_relative_to(self.drive()):
+            return "C:\\" + "\\".join(path.relative_to(self.drive()).parts)
+        return "Z:\\" + "\\".join(path.parts[1:])
+
+    # The registry
+
+    def registry(self, key, value=None):
+        """The text of a value ("" is the default one), or with no value whether there is the key; else None."""
+        which = [] if value is None else ["/ve"] if value == "" else ["/v", value]
+        status, output = self.run("reg", "query", key, *which)
+        if status != 0:
+            return None
+        if value is None:
+            return True
+        lines = [line for line in output.split("\n") if "    REG_" in line]
+        return lines[0].split("    ", 3)[3] if lines else None
+
+    def set_registry(self, key, value, text, kind="REG_SZ"):
+        which = ["/ve"] if value == "" else ["/v", value]
+        status, _ = self.run("reg", "add", key, *which, "/t", kind, "/d", text, "/f")
+        assert status == 0, f"reg add {key}"
+
+    # The screen
+
+    def screen(self, *words):
+        status, output = self.run(self.screen_program, *words)
+        assert status == 0, f"screen {' '.join(words)}: on the screen were\n{output}"
+        return output
+
+
+def files_below(folder):
+    """Name and content of every file."""
+    if not folder.exists():
+        return {}
+    return {str(path.relative_to(folder)): hashlib.sha256(path.read_bytes()).hexdigest()
+            for path in sorted(folder.rglob("*")) if path.is_file()}
+
+
+def copy_prefix(source, target):
+    subprocess.run(["cp", "-a", str(source), str(target)], check=True)
+
+
+def fresh_folder(path):
+    shutil.rmtree(path, ignore_errors=True)
+    path.mkdir(parents=True)
+    return path
