@@ -87,8 +87,9 @@ DoctorReport statement_list(const LoadedStyle& style, DoctorCheck check, std::st
     row.marker = plain_marker;
     row.finding = finding_of(statement);
     if (row.finding.empty()) continue;
-    row.detail = std::to_string(statement.place.line) + include_letter(statement.place.file) + " " +
-                 shown_rule(statement.text);
+    const std::string letter = include_letter(statement.place.file);
+    row.detail =
+        std::to_string(statement.place.line) + (letter.empty() ? " " : letter) + shown_rule(statement.text);
     if (!statement.types.empty()) row.key = written_type_key(get_type(statement.types.front()));
     report.add(std::move(row));
   }

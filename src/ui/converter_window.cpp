@@ -6,6 +6,8 @@
 #include <QHBoxLayout>
 #include <QLineEdit>
 #include <QMimeData>
+#include <QScrollArea>
+#include <QStyle>
 #include <QUrl>
 #include <QVBoxLayout>
 #include <algorithm>
@@ -108,7 +110,20 @@ QWidget* ConverterWindow::make_left() {
   m_choices = choices;
   column->addWidget(choices);
   column->addWidget(make_results());
-  return left;
+  return scrolled(left);
+}
+
+// On a small screen the results would push the buttons below it out of sight.
+QWidget* ConverterWindow::scrolled(QWidget* content) {
+  auto* area = new QScrollArea(this);
+  area->setWidget(content);
+  area->setWidgetResizable(true);
+  area->setFrameShape(QFrame::NoFrame);
+  area->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+  // The results are hidden at first and counted all the same.
+  const int width = std::max(content->minimumSizeHint().width(), m_result_box->minimumSizeHint().width());
+  area->setMinimumWidth(width + style()->pixelMetric(QStyle::PM_ScrollBarExtent));
+  return area;
 }
 
 QWidget* ConverterWindow::make_files() {

@@ -87,6 +87,7 @@ class ConverterWindow : public QDialog {
  private:
   QPushButton* push_button(const char* name, Section section, const char* key, const char* tooltip_key);
   QWidget* make_left();
+  QWidget* scrolled(QWidget* content);
   QWidget* make_files();
   QWidget* make_results();
   QWidget* make_right();

@@ -18,7 +18,8 @@ namespace ferrowen::ui {
 namespace {
 
 constexpr int highest_draw_order = 255;
-constexpr int list_share = 3, text_share = 2;
+constexpr int list_share = 2, text_share = 1;
+constexpr int window_share = 300;  // pixels; only their relation counts
 
 QLabel* label_for(QWidget* control, TextBinder& binder, const char* key, QWidget* parent) {
   auto* label = new QLabel(parent);
@@ -49,6 +50,7 @@ void doctor::make_controls() {
   m_columns->addWidget(make_style_side());
   m_columns->setStretchFactor(0, list_share);
   m_columns->setStretchFactor(1, text_share);
+  m_columns->setSizes({list_share * window_share, text_share * window_share});
   auto* middle = new QHBoxLayout;
   middle->addWidget(make_checks());
   middle->addWidget(m_columns, 1);
