@@ -92,7 +92,7 @@ TypeBox* ConverterWindow::type_box(QFormLayout& form, const char* name, const ch
   label->setBuddy(box);
   m_binder.caption(label, Section::labels, label_key);
   // A marked letter is drawn without kerning, a little wider than the hint of the label.
-  label->setContentsMargins(0, 0, kerning_margin, 0);
+  m_binder.custom([label] { label->setMinimumWidth(label->sizeHint().width() + kerning_margin); });
   form.addRow(label, box);
   return box;
 }
