@@ -16,7 +16,7 @@ styletools: app runner base platform
 mp: app runner base platform
 pipeline/tiles: app runner base platform
 contours: base platform
-elevation: pipeline/tiles app runner base platform
+elevation: contours pipeline/tiles app runner base platform
 pipeline: elevation pipeline/tiles app runner base platform
 automation: pipeline elevation pipeline/tiles app runner base platform
 ui: automation styletools mp pipeline elevation pipeline/tiles app runner base platform

@@ -125,6 +125,12 @@ Status check_rule(const Field& field, std::string_view text) {
     return wrong(field, text, "one of " + std::string(thread_priorities));
   if ((field.name == "max-nodes" || field.name == "max-areas") && !text.empty() && !is_digits(text))
     return wrong(field, text, "a whole number");
+  const int slots = field.name == "hgt-slot"    ? hgt_folder_slots
+                    : field.name == "clip-slot" ? clip_folder_slots
+                                                : 0;
+  const std::optional<long> slot = slots > 0 ? exact_whole_number(text) : std::nullopt;
+  if (slot && (*slot < 0 || *slot >= slots))
+    return wrong(field, text, "a number from 0 to " + std::to_string(slots - 1));
   if (field.name == "java" && !text.empty()) return check_java_name(text);
   if (must_exist(field) && !text.empty() && !folder_exists(std::string(text)))
     return {std::string(text) + " does not exist."};

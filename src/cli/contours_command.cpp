@@ -53,7 +53,8 @@ bool take_needed_cells(Session& session, ContourRequest& request) {
   if (!request.overwrite && contour_cells(workspace, session.prompts).all_made)
     return !chkcontours(workspace, session.prompts);
   std::vector<std::string> names = needed_cells(workspace, session.prompts);
-  if (!request.overwrite) names = find_contour_files(names, searched_hgt_folders(workspace.settings)).missing;
+  if (!request.overwrite)
+    names = find_contour_files(names, searched_contour_folders(workspace.settings)).missing;
   for (const std::string& name : names)
     request.height_files.push_back(listed_file(workspace.settings, name));
   return true;

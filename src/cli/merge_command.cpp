@@ -19,8 +19,10 @@ ExitStatus run_command(Session& session, const MergeArguments& arguments) {
       merg(session.workspace, session.prompts, session.progress, files, arguments.output);
   session.json["output"] = arguments.output;
   session.json["left_out"] = report.left_out;
-  session.result = result_word(report.result);
-  return exit_status_of(report.result);
+  const bool in_part = report.result == StageResult::done && !report.left_out.empty();
+  const StageResult result = in_part ? StageResult::failed : report.result;
+  session.result = result_word(result);
+  return exit_status_of(result);
 }
 
 }  // namespace ferrowen

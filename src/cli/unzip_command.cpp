@@ -11,6 +11,8 @@ ExitStatus run_command(Session& session, const UnzipArguments& arguments) {
   if (opened != ExitStatus::done) return opened;
   const UnzipReport report = unzip(session.workspace, session.prompts, session.progress, arguments.folder);
   session.json["files"] = report.files;
+  session.json["failed"] = report.failed;
+  session.json["refused"] = report.refused;
   session.result = result_word(report.result);
   return exit_status_of(report.result);
 }

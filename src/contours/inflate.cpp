@@ -324,8 +324,8 @@ Result<std::string> inflate(std::string_view packed, std::size_t limit) {
   return Inflater(packed, limit).run();
 }
 
-std::uint32_t crc32(std::string_view bytes) {
-  std::uint32_t value = UINT32_MAX;
+std::uint32_t crc32(std::string_view bytes, std::uint32_t before) {
+  std::uint32_t value = ~before;
   const auto byte = [&](std::size_t at) {
     return static_cast<std::uint32_t>(static_cast<unsigned char>(bytes[at]));
   };

@@ -13,7 +13,7 @@ namespace ferrowen {
 // follows the last block is ignored.
 Result<std::string> inflate(std::string_view packed, std::size_t limit);
 
-// Checksum of zip archives (CRC-32 of ISO 3309).
-std::uint32_t crc32(std::string_view bytes);
+// Checksum of zip archives (CRC-32 of ISO 3309). `before` is that of the bytes in front of these.
+std::uint32_t crc32(std::string_view bytes, std::uint32_t before = 0);
 
 }  // namespace ferrowen

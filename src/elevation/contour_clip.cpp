@@ -9,6 +9,7 @@
 #include "elevation/height_cells.hpp"
 #include "elevation/hgt_coverage.hpp"
 #include "elevation/tool_script.hpp"
+#include "pipeline/tiles/input_file.hpp"
 #include "platform/files.hpp"
 #include "platform/paths.hpp"
 
@@ -42,6 +43,18 @@ step::IfExists write_test(const std::string& clipped) {
   bad.add(step::Echo{" @echo ", clipped + protected_folder}).add(step::Pause{}).add(step::Exit{0, false});
   return {clipped, true, std::make_shared<const ConsoleScript>(std::move(good)),
           std::make_shared<const ConsoleScript>(std::move(bad)), true};
+}
+
+// What a failed tool wrote is no result. The file stays, as the write test behind it looks for one. Status 92
+// is a warning about an unusual order of a whole file.
+void empty_when_failed(const std::string& path, Dialect dialect, ConsoleScript& console) {
+  const Result<std::string> rendered = render_path(path, dialect);
+  if (!rendered.ok()) return;  // the steps beside this one tell it
+  const std::string& name = rendered.value;
+  console.add(step::Lines{dialect == Dialect::batch
+                              ? "if not \"%errorlevel%\"==\"0\" if not \"%errorlevel%\"==\"92\" if exist " +
+                                    name + " type nul >" + name
+                              : "case $? in 0|92) ;; *) [ ! -e " + name + " ] || : >" + name + ";; esac"});
 }
 
 std::string selected_numbers(const TileList& tiles) {
@@ -103,7 +116,7 @@ class Clipper {
 
   bool find_contours() {
     const std::vector<std::string> names = needed_cells(m_workspace, m_prompts);
-    const std::vector<std::string> folders = searched_hgt_folders(m_workspace.settings);
+    const std::vector<std::string> folders = searched_contour_folders(m_workspace.settings);
     const CellFiles files = find_contour_files(names, folders);
     for (const std::string& path : files.found) {
       const std::string contours = platform::absolute(path);
@@ -160,8 +173,8 @@ class Clipper {
     if (ready.ok()) end = run_tool_script(m_workspace, m_prompts, m_progress, script);
     const bool whole = end.ok() && !end.value.cancelled;
     // What a stopped run was just writing cannot be told from what it had finished.
-    const Result<std::vector<std::string>> bad =
-        results.settle([&](const std::string& path) { return whole && file_has_content(path); });
+    const Result<std::vector<std::string>> bad = results.settle(
+        [&](const std::string& path) { return whole && pbf_state(path) != PbfState::damaged; });
     for (const std::string& error : {end.error, bad.error}) {
       if (!error.empty()) m_prompts.tell(error, Icon::critical);
     }
@@ -240,7 +253,7 @@ std::string clipped_file_name(std::string_view contour_file) {
   return std::string(cell) + "clp.pbf";
 }
 
-ConsoleScript clip_script(const ClipScript& script) {
+ConsoleScript clip_script(const ClipScript& script, Dialect dialect) {
   ConsoleScript console;
   console.add(step::Header{"@Echo Off"})
       .add(step::Echo{"@echo. ", "-- Clipping " + std::to_string(script.files) + " Contours --"})
@@ -252,6 +265,7 @@ ConsoleScript clip_script(const ClipScript& script) {
         .add(step::Run{
             {script.osmconvert,
              {word(job.contours), option("-B", script.polygon), quoted_option("-o", job.clipped)}}});
+    empty_when_failed(job.clipped, dialect, console);
     if (k == 0) console.add(write_test(job.clipped));
   }
   return console;

@@ -41,7 +41,7 @@ struct ClipScript {
   std::vector<ClipJob> jobs;
   std::size_t files = 0;  // told at the start
 };
-ConsoleScript clip_script(const ClipScript& script);
+ConsoleScript clip_script(const ClipScript& script, Dialect dialect = native_dialect);
 
 enum class ClipStep : unsigned char { ended, locate_osmconvert };
 

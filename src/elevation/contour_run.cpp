@@ -242,11 +242,21 @@ class Maker {
     m_report.result = bad.empty() ? StageResult::done : StageResult::failed;
     if (end.cancelled) m_report.result = StageResult::cancelled;
     m_progress.status(contour_progress(m_report.files.size(), expected.size(), end.seconds).text);
+    if (m_request.copy_to_work_folder && !m_report.files.empty())
+      m_prompts.tell("Contours created in:\r\n" + platform::folder_of(m_report.files.front()));
+    if (m_report.result == StageResult::done) tell_cells_of_voids(end.output);
     if (m_report.result != StageResult::failed) return;
     const std::string said(trim(end.output));
     m_prompts.tell(
         "Contours not created:\r\n" + join_texts(bad, crlf) + (said.empty() ? "" : "\r\n\r\n" + said),
         Icon::critical);
+  }
+
+  // Our own tool tells a cell that has nothing to draw.
+  void tell_cells_of_voids(const std::string& output) {
+    std::vector<std::string> lines = split_lines(output);
+    std::erase_if(lines, [](const std::string& line) { return !contains(line, "holds no height at all"); });
+    if (!lines.empty()) warn(m_prompts, join_texts(lines, crlf));
   }
 
   Workspace& m_workspace;
@@ -306,11 +316,14 @@ std::vector<std::string> contour_file_names(const std::vector<std::string>& cell
 }
 
 ContourCells contour_cells(Workspace& workspace, Prompts& prompts) {
+  return contour_cells(workspace, prompts, workspace.settings);
+}
+
+ContourCells contour_cells(Workspace& workspace, Prompts& prompts, const Settings& settings) {
   ContourCells cells;
-  const std::vector<std::string> folders = searched_hgt_folders(workspace.settings);
   const std::vector<std::string> names = needed_cells(workspace, prompts);
-  const CellFiles contours = find_contour_files(names, folders);
-  const CellFiles heights = find_cell_files(contours.missing, folders, CellFile::hgt);
+  const CellFiles contours = find_contour_files(names, searched_contour_folders(settings));
+  const CellFiles heights = find_cell_files(contours.missing, searched_hgt_folders(settings), CellFile::hgt);
   cells.to_make = heights.found;
   cells.missing_heights = heights.missing;
   cells.missing_contours = contours.missing;

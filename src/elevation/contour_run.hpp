@@ -57,6 +57,8 @@ struct ContourCells {
 };
 // What the selected tiles still need.
 ContourCells contour_cells(Workspace& workspace, Prompts& prompts);
+// The same with the folders of other settings, which a window shows and nobody has kept yet.
+ContourCells contour_cells(Workspace& workspace, Prompts& prompts, const Settings& settings);
 // Tells "All required contours have been created." or "Can't find HGT files"; true when all are there.
 bool chkcontours(Workspace& workspace, Prompts& prompts);
 

@@ -7,8 +7,8 @@
 
 namespace ferrowen {
 
-// True when a file of the style, or of a style that it is based on, speaks of contours outside a comment. The
-// built-in style does.
+// True when the rules of the style, of the files that they include or of a style that it is based on speak of
+// contours outside a comment. The built-in style does.
 bool draws_contours(const Settings& settings);
 
 }  // namespace ferrowen

@@ -2,9 +2,13 @@
 
 #include <algorithm>
 #include <array>
+#include <optional>
 
 #include "base/files.hpp"
 #include "base/text.hpp"
+#include "contours/cell.hpp"
+#include "contours/cell_file.hpp"
+#include "elevation/clipped_contours.hpp"
 #include "elevation/contour_run.hpp"
 #include "elevation/hgt_coverage.hpp"
 #include "elevation/zip_directory.hpp"
@@ -17,6 +21,7 @@ namespace {
 constexpr int message_auto_search = 234;
 constexpr std::uint64_t bytes_of_a_sample = 2;
 constexpr std::array<std::uint64_t, 2> samples_of_a_side = {1201, 3601};
+constexpr std::uint64_t largest_archive = 256ULL << 20U;
 constexpr std::size_t cell_length = 7;  // N46W007
 constexpr std::array<std::string_view, 5> endings = {".hgt", ".zip", ".hgt.zip", ".osm", "clp.pbf"};
 constexpr std::array<std::string_view, 3> height_endings = {".hgt", ".zip", ".hgt.zip"};
@@ -39,11 +44,29 @@ std::string zipped_problem(const std::string& path, const std::string& cell_name
   return "is a zip archive without " + cell_name + ".";
 }
 
-HeightCell find_cell(const std::string& name, const std::vector<std::string>& folders) {
+// The list of an archive is a claim: only its data shows whether there are heights in it.
+std::string packed_problem(const std::string& path, const std::string& cell_name) {
+  const std::optional<Cell> cell = cell_of_name(cell_name);
+  if (!cell) return "is no height cell.";
+  const Result<std::string> archive = read_file(path, largest_archive);
+  if (!archive.ok()) return "cannot be read.";
+  const Result<std::string> heights = cell_in_archive(archive.value, *cell);
+  return heights.ok() ? "" : "is a zip archive that cannot be unpacked: " + heights.error + ".";
+}
+
+// What the size and the list of an archive tell, in no time.
+std::string claimed_problem(const std::string& path, const std::string& cell_name) {
+  if (ends_with_ignoring_case(path, ".zip")) return zipped_problem(path, cell_name);
+  const std::uint64_t size = file_size(path);
+  return is_height_size(size) ? "" : wrong_size(size);
+}
+
+HeightCell find_cell(const std::string& name, const std::vector<std::string>& folders,
+                     std::string (*problem_of)(const std::string&, const std::string&)) {
   const CellFiles files = find_cell_files({name}, folders, CellFile::hgt);
   if (files.found.empty()) return {name, CellCondition::missing, "", ""};
   const std::string& path = files.found.front();
-  const std::string problem = height_file_problem(path, name);
+  const std::string problem = problem_of(path, name);
   return {name, problem.empty() ? CellCondition::found : CellCondition::damaged, path, problem};
 }
 
@@ -119,9 +142,9 @@ bool is_height_size(std::uint64_t bytes) {
 }
 
 std::string height_file_problem(const std::string& path, const std::string& cell_name) {
-  if (ends_with_ignoring_case(path, ".zip")) return zipped_problem(path, cell_name);
-  const std::uint64_t size = file_size(path);
-  return is_height_size(size) ? "" : wrong_size(size);
+  const std::string problem = claimed_problem(path, cell_name);
+  if (!problem.empty() || !ends_with_ignoring_case(path, ".zip")) return problem;
+  return packed_problem(path, cell_name);
 }
 
 std::vector<HeightCell> find_height_cells(const std::vector<std::string>& names,
@@ -129,7 +152,7 @@ std::vector<HeightCell> find_height_cells(const std::vector<std::string>& names,
   std::vector<HeightCell> cells;
   cells.reserve(names.size());
   for (const std::string& name : names)
-    cells.push_back(find_cell(name, folders));
+    cells.push_back(find_cell(name, folders, height_file_problem));
   look_for_other_case(cells, folders);
   return cells;
 }
@@ -166,8 +189,9 @@ std::vector<AreaCell> cells_of_area(Workspace& workspace, Prompts& prompts) {
     AreaCell cell{name, static_cast<int>(name[0] == 'S' ? -south : south),
                   static_cast<int>(name[3] == 'W' ? -west : west), AreaCell::State::sea};
     if (std::find(land.begin(), land.end(), name) != land.end())
-      cell.state = find_cell(name, folders).condition == CellCondition::found ? AreaCell::State::found
-                                                                              : AreaCell::State::missing;
+      cell.state = find_cell(name, folders, claimed_problem).condition == CellCondition::found
+                       ? AreaCell::State::found
+                       : AreaCell::State::missing;
     area.push_back(std::move(cell));
   }
   return area;
@@ -235,27 +259,48 @@ bool check_dem_cells(const Workspace& workspace, Prompts& prompts) {
   return true;
 }
 
+namespace {
+
+constexpr const char* check_clip_folders =
+    "Check the 5 clip folders you have specified\r\n"
+    "Perhaps,select Auto Search  --> Dem/Contours,Settings.";
+
+void tell_missing_contours(Prompts& prompts, const std::vector<std::string>& lines) {
+  if (lines.empty()) return;
+  prompts.tell(
+      "Missing OSM Contour files (" + std::to_string(lines.size()) + ")\r\n" + join_texts(lines, crlf),
+      Icon::warning);
+}
+
+// Tells what is wrong; returns how many files are added.
+std::size_t check_clips(const std::vector<std::string>& names, const Settings& settings, Prompts& prompts) {
+  const ClippedContours clips =
+      find_clipped_contours(names, current_clip_folder(settings), searched_contour_folders(settings));
+  const bool none = clips.missing.size() == names.size();
+  if (!names.empty() && none) prompts.tell(check_clip_folders, Icon::warning);
+  if (!none) tell_missing_contours(prompts, lines_of_missing(clips));
+  if (const std::string notes = notes_on(clips); !notes.empty()) prompts.tell(notes, Icon::warning);
+  return clips.files.size();
+}
+
+std::size_t check_contours(const std::vector<std::string>& names, const Settings& settings,
+                           Prompts& prompts) {
+  const CellFiles files = find_contour_files(names, searched_contour_folders(settings));
+  if (!names.empty() && files.found.empty())
+    prompts.tell("No contours found. Untick contours.", Icon::warning);
+  else
+    tell_missing_contours(prompts, contour_file_names(files.missing));
+  return files.found.size();
+}
+
+}  // namespace
+
 void check_contour_files(const Workspace& workspace, Prompts& prompts) {
   const Settings& settings = workspace.settings;
-  const bool clipped = settings.clip_contours;
   const std::vector<std::string> names = coverage_of_selection(workspace.tiles, land_cells(workspace));
-  const std::vector<std::string> folders =
-      clipped ? std::vector<std::string>{current_clip_folder(settings)} : searched_hgt_folders(settings);
-  const CellFiles files = clipped ? find_cell_files(names, folders, CellFile::clipped_contours)
-                                  : find_contour_files(names, folders);
-  const std::string found = std::to_string(files.found.size());
-  const std::string missing_count = std::to_string(files.missing.size());
-  if (!names.empty() && files.found.empty()) {
-    prompts.tell(clipped ? "Check the 5 clip folders you have specified\r\n"
-                           "Perhaps,select Auto Search  --> Dem/Contours,Settings."
-                         : "No contours found. Untick contours.",
-                 Icon::warning);
-  } else if (!files.missing.empty()) {
-    prompts.tell("Missing OSM Contour files (" + missing_count + ")\r\n" +
-                     join_texts(contour_file_names(files.missing), crlf),
-                 Icon::warning);
-  }
-  prompts.tell("Added " + found + " contours" + (files.found.empty() ? "." : ""));
+  const std::size_t added = settings.clip_contours ? check_clips(names, settings, prompts)
+                                                   : check_contours(names, settings, prompts);
+  prompts.tell("Added " + std::to_string(added) + " contours" + (added == 0 ? "." : ""));
 }
 
 }  // namespace ferrowen

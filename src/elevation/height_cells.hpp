@@ -26,7 +26,8 @@ struct HeightCell {
 std::string cell_of_file(std::string_view file_name);
 // Bytes of 1201 x 1201 or 3601 x 3601 samples.
 bool is_height_size(std::uint64_t bytes);
-// What is wrong with a cell's file, plain or zipped, as the end of a sentence; "" when nothing is.
+// What is wrong with a cell's file, plain or zipped, as the end of a sentence; "" when nothing is. A zipped
+// one is unpacked to see it.
 std::string height_file_problem(const std::string& path, const std::string& cell_name);
 
 // Looks for each cell in the folders, the first that has it counts.
@@ -48,7 +49,7 @@ struct AreaCell {
   State state = State::missing;
 };
 // The cells of the selected tiles (all tiles when none is selected), sea included. Damaged ones count as
-// missing.
+// missing, as far as the list of an archive tells.
 std::vector<AreaCell> cells_of_area(Workspace& workspace, Prompts& prompts);
 
 // Offers to rename files of cells that the map compiler would not find because of their case; renamed cells

@@ -7,6 +7,7 @@
 
 #include "base/files.hpp"
 #include "base/text.hpp"
+#include "pipeline/tiles/input_file.hpp"
 #include "platform/files.hpp"
 #include "platform/paths.hpp"
 
@@ -100,7 +101,9 @@ std::string cell_path(const std::string& name, const std::string& folder, CellFi
   if (kind == CellFile::clipped_contours) endings = {clipped_ending};
   for (const std::string_view ending : endings) {
     std::string path = platform::join(folder, cell_of(name) + std::string(ending));
-    if (file_exists(path) && !folder_exists(path)) return path;
+    const bool is_there = file_exists(path) && !folder_exists(path);
+    const bool is_whole = kind != CellFile::clipped_contours || pbf_state(path) != PbfState::damaged;
+    if (is_there && is_whole) return path;
   }
   return "";
 }
@@ -239,6 +242,16 @@ std::vector<std::string> searched_hgt_folders(const Settings& settings) {
     const bool is_new = std::find(folders.begin(), folders.end(), folder) == folders.end();
     if (is_new && platform::is_absolute(folder) && folder_exists(folder)) folders.push_back(folder);
   }
+  return folders;
+}
+
+std::vector<std::string> searched_contour_folders(const Settings& settings) {
+  std::vector<std::string> folders = searched_hgt_folders(settings);
+  const std::string_view work = trim(settings.contour_work_folder);
+  if (work.empty()) return folders;
+  std::string folder = platform::absolute(std::string(work));
+  if (std::find(folders.begin(), folders.end(), folder) == folders.end())
+    folders.push_back(std::move(folder));
   return folders;
 }
 

@@ -38,7 +38,8 @@ struct CellFiles {
   std::vector<std::string> found;    // full paths, in the order of the names
   std::vector<std::string> missing;  // names
 };
-// Looks for each cell's file in a folder; heights are also found as .zip and .hgt.zip.
+// Looks for each cell's file in a folder; heights are also found as .zip and .hgt.zip. Clips
+// that are not whole count as missing.
 CellFiles find_cell_files(const std::vector<std::string>& names, const std::string& folder, CellFile kind);
 // The same in several folders; the first that has a cell's file counts.
 CellFiles find_cell_files(const std::vector<std::string>& names, const std::vector<std::string>& folders,
@@ -53,6 +54,8 @@ bool use_clip_folder(Settings& settings, const std::string& folder);
 // The current height folder; with automatic search also every other slot that names an existing folder,
 // without repetition.
 std::vector<std::string> searched_hgt_folders(const Settings& settings);
+// These and the working folder of the contour tool, where contours may have been made.
+std::vector<std::string> searched_contour_folders(const Settings& settings);
 // True when a folder holds the heights of at least one cell, plain or zipped, under the name that the map
 // compiler will look for.
 bool holds_heights(const std::string& folder);

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <filesystem>
+#include <optional>
 #include <system_error>
 
 #include "base/encoding.hpp"
@@ -9,6 +10,7 @@
 #include "base/text.hpp"
 #include "elevation/height_cells.hpp"
 #include "elevation/tool_script.hpp"
+#include "pipeline/tiles/input_file.hpp"
 #include "platform/files.hpp"
 #include "platform/paths.hpp"
 
@@ -19,7 +21,8 @@ namespace {
 constexpr std::string_view pbf_ending = ".pbf";
 constexpr std::string_view work_folder_name = "temp/merge";
 constexpr std::string_view part_ending = ".o5m", left_out_ending = ".left";
-constexpr std::size_t longest_list = 8000;  // bytes of part names on one line of a batch file
+constexpr std::uint64_t full_disk = 16ULL * 1024;  // bytes; less than the tool writes at once
+constexpr std::size_t longest_list = 8000;         // bytes of part names on one line of a batch file
 
 std::string part_path(const MergeScript& script, std::size_t number) {
   return platform::join(script.work_folder, "p" + std::to_string(number) + std::string(part_ending));
@@ -41,6 +44,10 @@ void delete_when_failed(const std::string& path, Dialect dialect, ConsoleScript&
                               ? "if not \"%errorlevel%\"==\"0\" if not \"%errorlevel%\"==\"92\" if exist " +
                                     name + " del " + name
                               : "case $? in 0|92) ;; *) rm -f -- " + name + ";; esac"});
+  // A part that the tool could not write to its end lacks the end mark; its status does not tell.
+  if (dialect == Dialect::shell && path.ends_with(".o5m"))
+    console.add(step::Lines{"[ \"$(tail -c 1 -- " + name +
+                            " 2>/dev/null | od -An -tx1 | tr -d ' ')\" = fe ] || rm -f -- " + name});
 }
 
 // What stands in a console window is read by nobody but the person: the file that stays behind tells the
@@ -199,12 +206,15 @@ class Merger {
   void show_progress(const MergeScript& script) {
     const auto done = static_cast<double>(list_files(script.work_folder, {std::string(part_ending)}).size());
     m_progress.fraction(std::min(1.0, done / static_cast<double>(script.files.size() + 1)));
+    // Parts stay until the end of the run, so a disk that they fill is seen to be full.
+    const std::optional<std::uint64_t> space = platform::free_space(script.work_folder);
+    m_disk_was_full = m_disk_was_full || (space && *space < full_disk);
   }
 
   void conclude(const MergeScript& script, ExpectedFiles& result, const Result<VisibleRunEnd>& end) {
-    const bool whole = end.ok() && !end.value.cancelled;
+    const bool whole = end.ok() && !end.value.cancelled && !m_disk_was_full;
     const Result<std::vector<std::string>> bad =
-        result.settle([&](const std::string& path) { return whole && file_has_content(path); });
+        result.settle([&](const std::string& path) { return whole && pbf_state(path) != PbfState::damaged; });
     if (whole) m_report.left_out = left_out(script);
     Status parts = remove_parts(script);
     std::error_code ignored;  // an empty folder that stays harms nobody
@@ -213,6 +223,7 @@ class Merger {
       if (!error.empty()) m_prompts.tell(error, Icon::critical);
     }
     if (!end.ok()) return;
+    if (m_disk_was_full) m_prompts.tell("No space left: " + script.work_folder, Icon::critical);
     m_report.result = bad.value.empty() ? StageResult::done : StageResult::failed;
     if (end.value.cancelled) m_report.result = StageResult::cancelled;
     if (m_report.result != StageResult::cancelled) tell_result();
@@ -249,6 +260,7 @@ class Merger {
   std::vector<std::string> m_files;
   std::string m_target, m_tool;
   MergeReport m_report;
+  bool m_disk_was_full = false;
 };
 
 }  // namespace

@@ -2,10 +2,11 @@
 
 #include <algorithm>
 #include <map>
-#include <set>
+#include <optional>
 
 #include "base/files.hpp"
 #include "base/text.hpp"
+#include "contours/inflate.hpp"
 #include "elevation/height_cells.hpp"
 #include "elevation/tool_script.hpp"
 #include "elevation/zip_directory.hpp"
@@ -22,29 +23,49 @@ constexpr int message_no_files = 86;
 constexpr std::string_view archive_ending = ".zip";
 constexpr const char* nothing_unpacked = "Files were not unzippped";
 
-using Sizes =
-    std::map<std::string, std::set<std::uint64_t>>;  // name of an unpacked file -> sizes it may have
+// What an archive promises of a file.
+struct Promise {
+  std::uint64_t size = 0;
+  std::uint32_t checksum = 0;
+  std::string archive;
+};
 
 struct Contents {
-  Sizes files;
+  std::map<std::string, std::vector<Promise>> files;  // by the name of the unpacked file
   std::uint64_t bytes = 0;
+  std::vector<std::string> archives;  // that are unpacked
+  std::vector<std::string> refused;
   std::string problems;  // one line per archive that is refused
 };
+
+// The archiver would take such a name for several archives.
+bool is_pattern(const std::string& archive) { return archive.find_first_of("*?") != std::string::npos; }
+
+std::string archive_problem(const std::string& archive, const Result<std::vector<ArchiveItem>>& entries) {
+  std::string problem = entries.error;
+  if (problem.empty() && is_pattern(archive)) problem = "has '*' or '?' in its name";
+  for (const ArchiveItem& entry : entries.value) {
+    if (problem.empty()) problem = zip_entry_problem(entry);
+    if (problem.empty() && !entry.is_folder && ends_with_ignoring_case(entry.name, archive_ending))
+      problem = "'" + entry.name + "' is an archive itself";
+  }
+  return problem;
+}
 
 void add_archive(const std::string& folder, const std::string& archive, Contents& contents) {
   FileSource source(platform::join(folder, archive));
   const Result<std::vector<ArchiveItem>> entries = read_zip_directory(source);
-  std::string problem = entries.ok() ? "" : entries.error;
+  if (const std::string problem = archive_problem(archive, entries); !problem.empty()) {
+    contents.refused.push_back(archive);
+    contents.problems.append(crlf).append(archive).append(" ").append(problem);
+    return;
+  }
+  contents.archives.push_back(archive);
   for (const ArchiveItem& entry : entries.value) {
-    if (problem.empty()) problem = zip_entry_problem(entry);
     if (entry.is_folder) continue;
-    const std::string name = zip_base_name(entry.name);
-    if (problem.empty() && ends_with_ignoring_case(name, archive_ending))
-      problem = "'" + entry.name + "' is an archive itself";
-    contents.files[name].insert(entry.size);
+    contents.files[zip_base_name(entry.name)].push_back({entry.size, entry.checksum, archive});
     contents.bytes += entry.size;
   }
-  if (!problem.empty()) contents.problems.append(crlf).append(archive).append(" ").append(problem);
 }
 
 Contents contents_of(const std::string& folder, const std::vector<std::string>& archives) {
@@ -52,6 +73,17 @@ Contents contents_of(const std::string& folder, const std::vector<std::string>& 
   for (const std::string& archive : archives)
     add_archive(folder, archive, contents);
   return contents;
+}
+
+// Nothing when the file cannot be read to its end.
+std::optional<std::uint32_t> checksum_of(const std::string& path) {
+  constexpr std::size_t piece = 1024ULL * 1024;
+  FileSource source(path);
+  if (!source.is_open()) return std::nullopt;
+  std::uint32_t checksum = 0;
+  for (std::uint64_t offset = 0; offset < source.size(); offset += piece)
+    checksum = crc32(source.read(offset, piece), checksum);
+  return source.read_failed() ? std::nullopt : std::optional(checksum);
 }
 
 class Unpacker {
@@ -89,7 +121,9 @@ class Unpacker {
       m_endings.insert(archive.substr(archive.size() - archive_ending.size()));
     if (archives.empty()) return stop(m_workspace.message(message_no_files) + ": " + m_folder);
     m_contents = contents_of(m_folder, archives);
-    if (!m_contents.problems.empty()) return stop("Not unzipped:" + m_contents.problems);
+    m_report.refused = m_contents.refused;
+    if (!m_contents.problems.empty()) stop("Not unzipped:" + m_contents.problems);
+    if (m_contents.archives.empty()) return false;
     const std::optional<std::uint64_t> space = platform::free_space(m_folder);
     if (space && *space < m_contents.bytes)
       return stop("No space left: " + m_folder + " (" + std::to_string(m_contents.bytes) + " bytes needed)",
@@ -99,12 +133,12 @@ class Unpacker {
 
   void run() {
     std::vector<std::string> paths;
-    for (const auto& [name, sizes] : m_contents.files)
+    for (const auto& [name, promises] : m_contents.files)
       paths.push_back(platform::join(m_folder, name));
     ExpectedFiles results(paths);
     Status ready = results.clear_the_way();
     Result<ConsoleScript> console = unzip_script(platform::short_path(m_workspace.settings.seven_zip),
-                                                 m_folder, native_dialect, m_endings);
+                                                 m_folder, native_dialect, m_endings, archives_by_name());
     if (ready.ok()) ready.error = console.error;
     Result<VisibleRunEnd> end{{}, ready.error};
     if (ready.ok()) {
@@ -121,36 +155,60 @@ class Unpacker {
     if (end.ok()) conclude(bad.value, end.value);
   }
 
+  // With refused archives beside them the others are unpacked one by one.
+  [[nodiscard]] std::vector<std::string> archives_by_name() const {
+    std::vector<std::string> names;
+    if (m_contents.refused.empty()) return names;
+    for (const std::string& archive : m_contents.archives)
+      names.push_back(platform::name_of(platform::short_path(platform::join(m_folder, archive))));
+    return names;
+  }
+
   void show_progress(const ExpectedFiles& results) {
     if (results.count() == 0) return;
     m_progress.fraction(static_cast<double>(results.found()) / static_cast<double>(results.count()));
   }
 
-  // The size is what the archive promised, and it is no link that was smuggled in.
+  // Its bytes are what an archive promised, and it is no link that was smuggled in.
   bool is_whole(const std::string& path) {
-    const std::set<std::uint64_t>& sizes = m_contents.files.at(platform::name_of(path));
-    return file_exists(path) && !folder_exists(path) && !platform::is_link(path) &&
-           sizes.contains(file_size(path));
+    if (!file_exists(path) || folder_exists(path) || platform::is_link(path)) return false;
+    const std::vector<Promise>& promises = m_contents.files.at(platform::name_of(path));
+    const std::uint64_t size = file_size(path);
+    const std::optional<std::uint32_t> checksum = checksum_of(path);
+    return std::any_of(promises.begin(), promises.end(), [&](const Promise& promise) {
+      return promise.size == size && checksum == promise.checksum;
+    });
   }
 
   void conclude(const std::vector<std::string>& bad, const VisibleRunEnd& end) {
-    for (const auto& [name, sizes] : m_contents.files) {
-      if (std::find(bad.begin(), bad.end(), platform::join(m_folder, name)) == bad.end())
-        m_report.files.push_back(name);
+    for (const auto& [name, promises] : m_contents.files) {
+      const bool is_bad = std::find(bad.begin(), bad.end(), platform::join(m_folder, name)) != bad.end();
+      (is_bad ? m_report.failed : m_report.files).push_back(name);
     }
-    const bool good = bad.empty() && !m_report.files.empty();
+    const bool good = bad.empty() && m_report.refused.empty() && !m_report.files.empty();
     m_report.result = good ? StageResult::done : StageResult::failed;
     if (end.cancelled) {
       m_report.result = StageResult::cancelled;
-    } else if (good) {
-      m_prompts.tell("Successfully zipped:\r\n" + join_texts(m_report.files, crlf));
-    } else {
-      std::vector<std::string> names;
-      names.reserve(bad.size());
-      for (const std::string& path : bad)
-        names.push_back(platform::name_of(path));
-      m_prompts.tell(nothing_unpacked + std::string(crlf) + join_texts(names, crlf), Icon::critical);
+      return;
     }
+    if (!m_report.files.empty())
+      m_prompts.tell("Successfully zipped:\r\n" + join_texts(m_report.files, crlf));
+    if (!bad.empty() || m_report.files.empty()) tell_failed(end.output);
+  }
+
+  // Each file with the archives that were to give it, then what the archiver says of them.
+  void tell_failed(const std::string& output) {
+    std::vector<std::string> lines;
+    for (const std::string& name : m_report.failed) {
+      std::vector<std::string> archives;
+      for (const Promise& promise : m_contents.files.at(name))
+        archives.push_back(promise.archive);
+      lines.push_back(name + " (" + join_texts(archives, ", ") + ")");
+    }
+    for (const std::string& line : split_lines(output)) {
+      if (line.starts_with("ERROR")) lines.push_back(line);
+    }
+    m_prompts.tell(nothing_unpacked + std::string(crlf) + join_texts(lines, crlf), Icon::critical);
   }
 
   Workspace& m_workspace;
@@ -172,11 +230,16 @@ std::vector<std::string> zip_archives(const std::string& folder) {
 }
 
 Result<ConsoleScript> unzip_script(const std::string& seven_zip, const std::string& folder, Dialect dialect,
-                                   const std::set<std::string>& endings) {
+                                   const std::set<std::string>& endings,
+                                   const std::vector<std::string>& archives) {
   Result<ConsoleScript> console;
   console.value.add(step::ChangeFolder{folder, " cd /d "});
   // The archiver itself looks for the archives; files that are there are replaced without a question.
-  if (dialect == Dialect::shell) {
+  if (!archives.empty()) {
+    const std::string here = dialect == Dialect::shell ? "./" : ".\\";
+    for (const std::string& archive : archives)
+      console.value.add(step::Run{{seven_zip, {word("e"), quoted(here + archive), word("-y")}}});
+  } else if (dialect == Dialect::shell) {
     for (const std::string& ending : endings)
       console.value.add(step::Run{{seven_zip, {word("e"), quoted("*" + ending), word("-y")}}});
   } else {

@@ -4,6 +4,7 @@
 
 #include "base/text.hpp"
 #include "elevation/height_cells.hpp"
+#include "platform/paths.hpp"
 
 namespace ferrowen {
 
@@ -49,6 +50,8 @@ ArchiveItem entry_at(std::string_view header, std::size_t name_size, std::size_t
   entry.size = number_at(header, 24, 4);
   if (entry.size == in_zip64_field)
     entry.size = zip64_size(header.substr(header_size + name_size, extra_size));
+  entry.method = static_cast<unsigned>(number_at(header, 10, 2));
+  entry.checksum = static_cast<std::uint32_t>(number_at(header, 16, 4));
   entry.is_folder = entry.name.ends_with('/') || entry.name.ends_with('\\');
   entry.is_encrypted = (number_at(header, 8, 2) & encrypted_flag) != 0;
   const bool has_unix_mode = number_at(header, 5, 1) == made_on_unix;
@@ -113,6 +116,8 @@ std::string zip_entry_problem(const ArchiveItem& entry) {
   const std::string quoted_name = "'" + entry.name + "'";
   if (leads_out(entry.name)) return quoted_name + " leads out of the folder";
   if (entry.is_link) return quoted_name + " is a link";
+  // The archiver takes it for a part of the file's own name where that is allowed.
+  if (platform::separator == '/' && contains(entry.name, "\\")) return quoted_name + " holds a backslash";
   if (entry.is_folder) return "";
   if (entry.is_encrypted) return quoted_name + " needs a password";
   const std::string base = zip_base_name(entry.name);

@@ -13,8 +13,10 @@
 namespace ferrowen {
 
 struct ArchiveItem {
-  std::string name;        // as stored, folders included
-  std::uint64_t size = 0;  // unpacked
+  std::string name;            // as stored, folders included
+  std::uint64_t size = 0;      // unpacked
+  std::uint32_t checksum = 0;  // of the unpacked bytes, CRC-32
+  unsigned method = 0;         // how it is packed: 0 not at all, 8 deflate
   bool is_folder = false;
   bool is_link = false;
   bool is_encrypted = false;

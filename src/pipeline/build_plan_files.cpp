@@ -3,6 +3,7 @@
 #include "base/encoding.hpp"
 #include "base/files.hpp"
 #include "base/text.hpp"
+#include "elevation/clipped_contours.hpp"
 #include "elevation/contour_run.hpp"
 #include "elevation/hgt_coverage.hpp"
 #include "pipeline/argument_files.hpp"
@@ -63,11 +64,12 @@ std::vector<std::string> contour_files(const Workspace& workspace) {
   const Settings& settings = workspace.settings;
   const std::string land = read_whole_file(workspace.path(file_name::land_cells));
   const std::vector<std::string> cells = coverage_of_selection(workspace.tiles, land);
-  std::vector<std::string> folders = {current_clip_folder(settings)};
-  if (!settings.clip_contours) folders = searched_hgt_folders(settings);
+  std::vector<std::string> folders = searched_contour_folders(settings);
   for (std::string& folder : folders)
     folder = platform::absolute(folder);
-  if (settings.clip_contours) return find_cell_files(cells, folders, CellFile::clipped_contours).found;
+  const std::string clips = current_clip_folder(settings);
+  if (settings.clip_contours)
+    return find_clipped_contours(cells, clips.empty() ? "" : platform::absolute(clips), folders).files;
   return find_contour_files(cells, folders).found;
 }
 

@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "base/text.hpp"
+#include "pipeline/options_text.hpp"
 
 namespace ferrowen {
 
@@ -18,10 +19,10 @@ struct Marks {
 Marks marks_of(const std::vector<std::string>& lines) {
   Marks marks;
   for (std::size_t i = 0; i < lines.size() && marks.end == nowhere; ++i) {
-    const std::string mark = lower_ascii(trim(lines[i]));
+    const DemMark mark = dem_mark(lines[i]);
     if (contains(lines[i], "##")) marks.end = i;
-    if (mark == "<dem>" && marks.open == nowhere) marks.open = i;
-    if (mark == "</dem>" && marks.open != nowhere && marks.close == nowhere) marks.close = i;
+    if (mark == DemMark::opens && marks.open == nowhere) marks.open = i;
+    if (mark == DemMark::closes && marks.open != nowhere && marks.close == nowhere) marks.close = i;
   }
   return marks;
 }

@@ -46,9 +46,8 @@ OptionsText parse_options_text(std::string_view text, std::string_view name) {
   for (const std::string& raw_line : split_lines(text)) {
     if (contains(raw_line, end_mark)) break;
     const std::string_view line = trim(raw_line);
-    const std::string marker = lower_ascii(line);
-    if (marker == "<dem>" || marker == "</dem>") {
-      in_dem_block = marker == "<dem>";
+    if (const DemMark mark = dem_mark(line); mark != DemMark::none) {
+      in_dem_block = mark == DemMark::opens;
     } else if (in_dem_block) {
       if (!line.empty() && !line.starts_with('#')) taken.dem_options.emplace_back(line);
     } else {
@@ -57,6 +56,13 @@ OptionsText parse_options_text(std::string_view text, std::string_view name) {
   }
   if (in_dem_block) taken.warnings.push_back(warning(std::string(name) + " </dem>"));
   return taken;
+}
+
+DemMark dem_mark(std::string_view line) {
+  if (trim(line).starts_with('#')) return DemMark::none;
+  const std::string text = lower_ascii(line);
+  if (contains(text, "</dem>")) return DemMark::closes;
+  return contains(text, "<dem>") ? DemMark::opens : DemMark::none;
 }
 
 std::string option_name(const Argument& argument) {

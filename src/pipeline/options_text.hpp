@@ -18,6 +18,9 @@ struct OptionsText {
 // `name` stands for the text in its warnings, e.g. "mkopts". Several options may stand on a line; blanks
 // inside double quotes separate none. What does not begin with "-" is passed on as it is written.
 OptionsText parse_options_text(std::string_view text, std::string_view name);
+// What a line does to the DEM block: a line that holds the mark, in any case, and is no comment.
+enum class DemMark : unsigned char { none, opens, closes };
+DemMark dem_mark(std::string_view line);
 // The name in front of "=": "--index", "--draw-priority", "-c".
 std::string option_name(const Argument& argument);
 // True when one of the options has this name ("--index" finds --index, not --indexes).

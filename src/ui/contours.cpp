@@ -163,17 +163,19 @@ void contours::show_view() {
 
 std::string contours::slot_folder(const QButtonGroup& group, const char* field) const {
   const int id = group.checkedId();
-  const int slot = id >= 0 && id != special_choice ? id : 0;
+  const int current = &group == m_hgt_slot ? m_workspace.settings.hgt_slot : 0;
+  const int slot = id >= 0 && id != special_choice ? id : current;
   if (id == special_choice && &group == m_clip_slot) return m_workspace.path(default_clip_folder);
   const auto* path = qobject_cast<PathEdit*>(m_form->control(field_name(field, slot)));
   return path == nullptr ? "" : std::string(trim(from_qt(path->text())));
 }
 
 void contours::show_files() {
-  const std::string heights = slot_folder(*m_hgt_slot, "hgt-folder-");
-  fill(*m_heights, heights, {".hgt", "hgt.zip"});
+  Settings shown = m_workspace.settings;
+  if (!take_choices(shown).ok()) return;  // a value that is not finished yet; it is told when it is kept
+  fill(*m_heights, current_hgt_folder(shown), {".hgt", "hgt.zip"});
   fill(*m_clips, slot_folder(*m_clip_slot, "clip-folder-"), {".pbf"});
-  const std::size_t count = contour_cells(m_workspace, m_prompts).to_make.size();
+  const std::size_t count = contour_cells(m_workspace, m_prompts, shown).to_make.size();
   m_count->setText(m_binder.text(Section::labels, "osm_to_create") + QString::number(count));
 }
 
@@ -186,12 +188,18 @@ void contours::check_folder(const QString& path, bool heights) {
     m_prompts.tell(from_qt(m_binder.text(Section::labels, "hgt_hint")));
 }
 
+// What the window shows, but for the choice of a folder of clips.
+Status contours::take_choices(Settings& settings) const {
+  Status taken = m_form->take(settings);
+  settings.hgt_auto_search = m_hgt_slot->checkedId() == special_choice;
+  if (!settings.hgt_auto_search && m_hgt_slot->checkedId() >= 0) settings.hgt_slot = m_hgt_slot->checkedId();
+  return taken;
+}
+
 void contours::accept() {
   Settings changed = m_workspace.settings;
-  if (const Status taken = m_form->take(changed); !taken.ok())
+  if (const Status taken = take_choices(changed); !taken.ok())
     return m_prompts.tell(taken.error, Icon::warning);
-  changed.hgt_auto_search = m_hgt_slot->checkedId() == special_choice;
-  if (!changed.hgt_auto_search && m_hgt_slot->checkedId() >= 0) changed.hgt_slot = m_hgt_slot->checkedId();
   if (m_clip_slot->checkedId() == special_choice) {
     if (!use_clip_folder(changed, m_workspace.path(default_clip_folder)))
       return m_prompts.tell("Check the 5 clip folders you have specified", Icon::warning);

@@ -33,6 +33,7 @@ class contours : public ToolWindow {
   void show_view();
   void show_files();
   void check_folder(const QString& path, bool heights);
+  [[nodiscard]] Status take_choices(Settings& settings) const;
   [[nodiscard]] std::string slot_folder(const QButtonGroup& group, const char* field) const;
 
   FieldForm* m_form;

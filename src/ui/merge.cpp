@@ -27,7 +27,7 @@ const FileFilter list_filter{"list file", "*.lst"};
 merge::merge(Workspace& workspace, Prompts& prompts, QWidget* parent)
     : ToolWindow(workspace, prompts, "merge", "merge_title", parent),
       m_files(new QListWidget(this)),
-      m_target(new PathEdit(PathEdit::Kind::file, prompts, m_binder, this)),
+      m_target(new PathEdit(PathEdit::Kind::new_file, prompts, m_binder, this)),
       m_tool(new PathEdit(PathEdit::Kind::file, prompts, m_binder, this)) {
   setAcceptDrops(true);
   m_column->addWidget(make_list(), 1);

@@ -36,7 +36,7 @@ PathEdit::PathEdit(Kind kind, Prompts& prompts, TextBinder& binder, QWidget* par
   m_button->setText(QStringLiteral("…"));
   m_button->setFocusPolicy(Qt::TabFocus);
   binder.name(m_button, Section::commands, "browse");
-  binder.tooltip(m_button, kind == Kind::file ? "choose_file" : "choose_folder");
+  binder.tooltip(m_button, kind == Kind::folder ? "choose_folder" : "choose_file");
   setFocusProxy(m_line);
   m_line->installEventFilter(this);
   connect(m_button, &QToolButton::clicked, this, &PathEdit::browse);
@@ -55,8 +55,9 @@ void PathEdit::set_text(const QString& text) {
 void PathEdit::browse() {
   const std::string start = from_qt(text());
   const std::optional<std::string> chosen =
-      m_kind == Kind::folder ? m_prompts.choose_folder(from_qt(m_title), start)
-                             : m_prompts.choose_file({from_qt(m_title), m_filters, start, false});
+      m_kind == Kind::folder
+          ? m_prompts.choose_folder(from_qt(m_title), start)
+          : m_prompts.choose_file({from_qt(m_title), m_filters, start, m_kind == Kind::new_file, false});
   if (!chosen) return;
   set_text(to_qt(*chosen));
   Q_EMIT path_chosen(text());

@@ -15,7 +15,7 @@ namespace ferrowen::ui {
 class PathEdit : public QWidget {
   Q_OBJECT
  public:
-  enum class Kind : unsigned char { file, folder };
+  enum class Kind : unsigned char { file, folder, new_file };
 
   // The dialog and its texts come from the prompts, so that tests can answer it.
   PathEdit(Kind kind, Prompts& prompts, TextBinder& binder, QWidget* parent = nullptr);

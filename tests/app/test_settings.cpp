@@ -119,10 +119,10 @@ TEST_CASE("a value stays on its own line, and several lines are joined with code
 TEST_CASE("what a person enters is checked before anything changes") {
   Settings settings = default_settings(home);
   const std::tuple<const char*, const char*, bool> cases[] = {
-      {"max-jobs", "0", false},        {"max-jobs", "x", false},
-      {"max-jobs", "4", true},         {"gmapsupp", "yes", true},
-      {"gmapsupp", "perhaps", false},  {"colour", "zz", false},
-      {"colour", "ff00ff", true},      {"contour-tolerance", "0,12", true},
+      {"max-jobs", "0", false},        {"max-jobs", "x", false},   {"hgt-slot", "6", false},
+      {"hgt-slot", "5", true},         {"clip-slot", "-1", false}, {"clip-slot", "5", false},
+      {"max-jobs", "4", true},         {"gmapsupp", "yes", true},  {"gmapsupp", "perhaps", false},
+      {"colour", "zz", false},         {"colour", "ff00ff", true}, {"contour-tolerance", "0,12", true},
       {"output-folder", "maps", false}};
   for (const auto& each : cases) {
     const auto& [name, value, accepted] = each;

@@ -8,6 +8,7 @@
 #include "base/text.hpp"
 #include "elevation/hgt_coverage.hpp"
 #include "support/stand_in.hpp"
+#include "tiles/map_bytes.hpp"
 
 using namespace ferrowen;
 using Texts = std::vector<std::string>;
@@ -45,23 +46,30 @@ TEST_CASE("clip.cmd to the letter, and its shell sister") {
   const std::string second = "D:\\N46W006.osm";
 #endif
   CHECK(
-      render(clip_script(batch), Dialect::batch).value ==
+      render(clip_script(batch, Dialect::batch), Dialect::batch).value ==
       "@Echo Off\r\n@echo. -- Clipping 2 Contours --\r\n@echo[ \r\n@echo. 1) " + first +
           "\r\nC:\\osmconvert.exe D:\\N46W007.osm -B=C:\\home\\clip2.poly -o=\"D:\\c l\\N46W007clp.pbf\"\r\n"
+          "if not \"%errorlevel%\"==\"0\" if not \"%errorlevel%\"==\"92\" if exist \"D:\\c "
+          "l\\N46W007clp.pbf\" "
+          "type nul >\"D:\\c l\\N46W007clp.pbf\"\r\n"
           "if exist \"D:\\c l\\N46W007clp.pbf\" (\r\n@echo ... Folder OK) else (\r\n"
           " @echo D:\\c l\\N46W007clp.pbf Folder Is Protected.Cannot save clipped "
           "contours\r\npause\r\nexit\r\n)\r\n"
           "@echo. 2) " +
           second +
           "\r\nC:\\osmconvert.exe D:\\N46W006.osm -B=C:\\home\\clip2.poly -o=\"D:\\c "
-          "l\\N46W006clp.pbf\"\r\n");
+          "l\\N46W006clp.pbf\"\r\n"
+          "if not \"%errorlevel%\"==\"0\" if not \"%errorlevel%\"==\"92\" if exist \"D:\\c "
+          "l\\N46W006clp.pbf\" "
+          "type nul >\"D:\\c l\\N46W006clp.pbf\"\r\n");
   const ClipScript shell{
       "/usr/bin/osmconvert", "/h ome/clip2.poly", {{"/h $x/N46W007.osm", "/c/N46W007clp.pbf"}}, 1};
-  const std::string text = render(clip_script(shell), Dialect::shell).value;
-  CHECK(
-      contains(text,
-               "printf '%s\\n' \"1) N46W007.osm\"\n/usr/bin/osmconvert \"/h \\$x/N46W007.osm\" "
-               "-B=\"/h ome/clip2.poly\" -o=\"/c/N46W007clp.pbf\"\nif [ -e \"/c/N46W007clp.pbf\" ]; then\n"));
+  const std::string text = render(clip_script(shell, Dialect::shell), Dialect::shell).value;
+  CHECK(contains(text,
+                 "printf '%s\\n' \"1) N46W007.osm\"\n/usr/bin/osmconvert \"/h \\$x/N46W007.osm\" "
+                 "-B=\"/h ome/clip2.poly\" -o=\"/c/N46W007clp.pbf\"\n"
+                 "case $? in 0|92) ;; *) [ ! -e \"/c/N46W007clp.pbf\" ] || : >\"/c/N46W007clp.pbf\";; "
+                 "esac\nif [ -e \"/c/N46W007clp.pbf\" ]; then\n"));
   CHECK(contains(text, "Folder Is Protected.Cannot save clipped contours"));
 }
 
@@ -109,6 +117,7 @@ void write_converter(test::StandIn& stage, const char* body) {
                                           body + "\n");
   std::filesystem::permissions(path, std::filesystem::perms::owner_all);
   stage.set("osmconvert={home}/osm convert");
+  stage.home.write("osm convert.pbf", test::small_pbf());
 }
 
 }  // namespace
@@ -124,7 +133,7 @@ TEST_CASE("clips are judged by what is there, and old ones come back") {
   stage.home.write("clips/N45W006clp.pbf", "old");
   stage.prompts.default_answer = Answer::yes;
   SUBCASE("all good") {
-    write_converter(stage, "echo new >\"$out\"; chmod 600 \"$out\"");
+    write_converter(stage, "cp \"$0.pbf\" \"$out\"; chmod 600 \"$out\"");
     const ClipReport report = clip(workspace, stage.prompts, stage.progress);
     CHECK(report.result == StageResult::done);
     CHECK(report.files == Texts{stage.home / "clips/N46W007clp.pbf", stage.home / "clips/N45W006clp.pbf"});
@@ -134,8 +143,12 @@ TEST_CASE("clips are judged by what is there, and old ones come back") {
     CHECK(stage.prompts.tells().empty());
   }
   SUBCASE("one fails") {
-    write_converter(stage,
-                    "case $out in *N45*) : >\"$out\"; echo bad; exit 5;; *) echo new >\"$out\";; esac");
+    SUBCASE("with a status, whatever it wrote") {
+      write_converter(stage, "cp \"$0.pbf\" \"$out\"; case $out in *N45*) echo bad; exit 5;; esac");
+    }
+    SUBCASE("on a full disk, which its status does not tell") {
+      write_converter(stage, "head -c 40 \"$0.pbf\" >\"$out\"");
+    }
     const ClipReport report = clip1tile(workspace, stage.prompts, stage.progress, "13224386");
     CHECK(report.result == StageResult::failed);
     CHECK(report.files.empty());

@@ -155,6 +155,9 @@ TEST_CASE("contour files are judged by their end, and old ones come back") {
   CHECK(contains(join_texts(stage.prompts.asks(), ""), "n45w007.hgt --> N45W007.hgt"));
   CHECK(report.files == Texts{stage.home / "work/N46W007.osm"});
   CHECK(file_exists(stage.home / "work/contours.sh"));
+  CHECK(stage.prompts.tells().back() == "Contours created in:\r\n" + (stage.home / "work"));
+  CHECK(find_contour_files({"N46W007.hgt"}, searched_contour_folders(stage.workspace.settings)).found ==
+        Texts{stage.home / "work/N46W007.osm"});
 }
 #endif
 
@@ -176,16 +179,24 @@ TEST_CASE("the contours that a selection still needs") {
 
 TEST_CASE("a style draws contours when its rules or those below it speak of them") {
   const test::TempFolder folder;
-  const std::tuple<const char*, const char*> files[] = {{"plain/lines", "highway=primary [0x02] # contour\n"},
-                                                        {"own/inc/height", "contour=elevation [0x20]\n"},
-                                                        {"over/info", "base-style: own\nbase-style: over\n"},
-                                                        {"builtin/info", "base-style=default\n"}};
+  const std::tuple<const char*, const char*> files[] = {
+      {"plain/lines", "highway=primary [0x02] # contour\n"},
+      {"own/inc/height 1", "contour=elevation [0x20]\n"},
+      {"own/lines", "highway=* [0x1]\ninclude 'inc/height 1';\n"},
+      {"plain/info", "description { no contours }\n"},
+      {"plain/inc/height", "contour=elevation [0x20]\n"},
+      {"other/lines", "include lines from default;\n"},
+      {"round/points", "include \"points\" from round;\n"},
+      {"gone/lines", "include 'inc/contour_lines';\n"},
+      {"over/info", "base-style: own\nbase-style: over\n"},
+      {"builtin/info", "base-style=default\n"}};
   for (const auto& [name, text] : files)
     folder.write(name, text);
   Settings settings;
   settings.styles_folder = folder.path();
   const std::tuple<const char*, bool> rows[] = {{"plain", false},  {"own", true},     {"over", true},
-                                                {"builtin", true}, {"default", true}, {"none", false}};
+                                                {"builtin", true}, {"default", true}, {"none", false},
+                                                {"other", true},   {"round", false},  {"gone", false}};
   for (const auto& [style, draws] : rows) {
     settings.style = style;
     CHECK(draws_contours(settings) == draws);

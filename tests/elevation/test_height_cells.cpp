@@ -2,21 +2,26 @@
 
 #include <doctest/doctest.h>
 
+#include <chrono>
+#include <filesystem>
 #include <tuple>
 
 #include "base/files.hpp"
 #include "base/text.hpp"
+#include "contours/inflate.hpp"
+#include "contours/zip_bytes.hpp"
 #include "elevation/archive.hpp"
 #include "elevation/download_help.hpp"
 #include "platform/files.hpp"
 #include "support/stand_in.hpp"
+#include "tiles/map_bytes.hpp"
 
 using namespace ferrowen;
 using Texts = std::vector<std::string>;
 
 namespace {
 
-constexpr std::size_t heights_size = 2884802;
+constexpr std::uint32_t heights_size = 2884802;
 
 // Four cells wanted, one height folder.
 struct Cells : test::StandIn {
@@ -39,7 +44,22 @@ TEST_CASE("cells are recognised by the names of their files") {
 
 TEST_CASE("every cell is looked at before a DEM is built") {
   Cells stage;
-  stage.home.write("h/N46E010.hgt.zip", test::archive_of({{"N46E010.hgt", heights_size}}));
+  const auto zipped = [](const std::string& name, std::uint32_t checksum, std::uint16_t method = 0) {
+    const std::string heights(heights_size, '\0');
+    return test::zip_bytes({{name, heights, method, heights_size, checksum, 0}});
+  };
+  const std::uint32_t checksum = crc32(std::string(heights_size, '\0'));
+  stage.home.write("h/N46E010.hgt.zip", zipped("N46E010.hgt", checksum));
+  SUBCASE("archives whose data cannot be used") {
+    stage.home.write("h/N47E009.zip", zipped("N47E009.hgt", checksum + 1));
+    stage.home.write("h/N47E010.zip", zipped("N47E010.hgt", checksum, 14));
+    CHECK(check_dem_cells(stage.workspace, stage.prompts));
+    REQUIRE(stage.prompts.tells().size() == 1);
+    CHECK(contains(stage.prompts.tells()[0], "2 hgt file(s) cannot be used:"));
+    CHECK(contains(stage.prompts.tells()[0],
+                   "N47E009.zip is a zip archive that cannot be unpacked: N47E009.hgt: the checksum"));
+    CHECK(contains(stage.prompts.tells()[0], "N47E010.hgt: is packed with method 14, not with deflate."));
+  }
   SUBCASE("missing, damaged and whole ones") {
     stage.home.write("h/N47E009.hgt", "short");
     CHECK(check_dem_cells(stage.workspace, stage.prompts));
@@ -109,6 +129,27 @@ TEST_CASE("contour files are counted before a build") {
               "Check the 5 clip folders you have specified\r\n"
               "Perhaps,select Auto Search  --> Dem/Contours,Settings.",
               "Added 0 contours."});
+}
+
+TEST_CASE("clips count when they are whole and hold lines") {
+  Cells stage;
+  stage.set("clip-contours=1; clip-folder-1={home}/clips");
+  const std::string whole = test::small_pbf();
+  const std::string made = stage.home.write("clips/N46E009clp.pbf", whole);
+  stage.home.write("clips/N46E010clp.pbf", whole.substr(0, whole.size() - 1));
+  stage.home.write("clips/N47E009clp.pbf", "");
+  stage.home.write("clips/N47E010clp.pbf", test::pbf_block("OSMHeader", "head"));
+  const std::string contours = stage.home.write("h/N46E009.osm", "<osm></osm>");
+  namespace fs = std::filesystem;
+  fs::last_write_time(platform::file_system_path(made),
+                      fs::last_write_time(platform::file_system_path(contours)) - std::chrono::seconds(5));
+  check_contour_files(stage.workspace, stage.prompts);
+  CHECK(stage.prompts.tells() ==
+        Texts{"Missing OSM Contour files (2)\r\nN46E010clp.pbf is damaged. Please clip again.\r\n"
+              "N47E009clp.pbf is damaged. Please clip again.",
+              "Clipped contours without a line:\r\nN47E010clp.pbf\r\n"
+              "Clipped contours older than their contours. Please clip again:\r\nN46E009clp.pbf",
+              "Added 1 contours"});
 }
 
 TEST_CASE("download help") {

@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "support/temp_folder.hpp"
+#include "tiles/map_bytes.hpp"
 
 using namespace ferrowen;
 using Names = std::vector<std::string>;
@@ -84,8 +85,9 @@ TEST_CASE("the cells that tiles touch are told by their degrees") {
 TEST_CASE("files of cells are looked for in their folders") {
   const test::TempFolder folder("hgt \u00fc");
   for (const char* name : {"one/N46E009.hgt", "one/N47E009.zip", "one/N48E009.hgt.zip", "one/N47E009.osm",
-                           "two/N47E009clp.pbf", "two/N49E009.hgt/a folder", "two/notes.zip"})
+                           "two/N48E009clp.pbf", "two/N49E009.hgt/a folder", "two/notes.zip"})
     folder.write(name, "x");
+  folder.write("two/N47E009clp.pbf", test::small_pbf());
   const Names cells = {"N46E009.hgt", "N47E009.hgt", "N48E009.hgt", "N49E009.hgt", "N49E009.hgt"};
   const std::string one = folder / "one";
   const std::string two = folder / "two";

@@ -8,6 +8,7 @@
 #include "base/files.hpp"
 #include "base/text.hpp"
 #include "support/stand_in.hpp"
+#include "tiles/map_bytes.hpp"
 
 using namespace ferrowen;
 using Texts = std::vector<std::string>;
@@ -105,23 +106,27 @@ TEST_CASE("an input that a failed tool wrote in part is left out") {
   const std::string tool = stage.home.write(
       "osm convert",
       "#!/bin/sh\nfor word; do case $word in -o=*) out=${word#-o=};; *bad*) status=2;; *turned*) status=92;; "
-      "*) cat \"$word\" >>\"$0.read\";; esac; done\necho part >\"$out\"; exit ${status:-0}\n");
+      "*) cat \"$word\" >>\"$0.read\";; esac; case $word in *cut*) cut=1;; esac; done\n"
+      "case $out in *.pbf) cp \"$0.pbf\" \"$out\";; *) printf 'part\\376' >\"$out\";; esac\n"
+      "[ -z \"$cut\" ] || printf part >\"$out\"; exit ${status:-0}\n");
+  stage.home.write("osm convert.pbf", test::small_pbf());
   std::filesystem::permissions(tool, std::filesystem::perms::owner_all);
   stage.set("osmconvert={home}/osm convert");
   const std::string bad = stage.home.write("bad.pbf", "x");
+  const std::string cut = stage.home.write("cut.pbf", "x");  // a full disk: no status tells it
   const std::string target = stage.home / "out.pbf";
   const MergeReport report =
       merg(stage.workspace, stage.prompts, stage.progress,
-           {stage.home.write("one.pbf", "x"), bad, stage.home.write("turned.pbf", "x")}, target);
+           {stage.home.write("one.pbf", "x"), bad, cut, stage.home.write("turned.pbf", "x")}, target);
   CHECK(report.result == StageResult::done);
-  CHECK(report.left_out == Texts{bad});
+  CHECK(report.left_out == Texts{bad, cut});
   CHECK(file_has_content(target));
-  // The last step fails too: what it wrote is no result.
+  // The last step fails without a status: what it wrote is no result.
   stage.home.write("bad.out.pbf", "old");
   stage.prompts.default_answer = Answer::yes;
   stage.home.write("osm convert",
                    "#!/bin/sh\nfor word; do case $word in -o=*) out=${word#-o=};; esac; done\n"
-                   "echo part >\"$out\"; case $out in *.pbf) exit 2;; esac\n");
+                   "printf 'part\\376' >\"$out\"\n");
   const MergeReport failed =
       merg(stage.workspace, stage.prompts, stage.progress,
            {stage.home / "one.pbf", stage.home / "turned.pbf"}, stage.home / "bad.out.pbf");

@@ -2,10 +2,13 @@
 
 #include <doctest/doctest.h>
 
+#include <filesystem>
 #include <tuple>
 
 #include "base/files.hpp"
 #include "base/text.hpp"
+#include "contours/inflate.hpp"
+#include "contours/zip_bytes.hpp"
 #include "elevation/archive.hpp"
 #include "elevation/unzip.hpp"
 #include "support/stand_in.hpp"
@@ -80,6 +83,8 @@ TEST_CASE("zip.cmd and its shell sister") {
             .starts_with("#!/bin/sh\ncd -- \"/h g\" || exit 1\n/usr/bin/7zz e \"*.zip\" -y\n"));
   const ConsoleScript both = unzip_script("/7zz", "/h", Dialect::shell, {".zip", ".ZIP"}).value;
   CHECK(contains(render(both, Dialect::shell).value, "/7zz e \"*.ZIP\" -y\n/7zz e \"*.zip\" -y\n"));
+  const ConsoleScript named = unzip_script("7z", "D:\\h", Dialect::batch, {".zip"}, {"-a b.zip"}).value;
+  CHECK(contains(render(named, Dialect::batch).value, "7z e \".\\-a b.zip\" -y\r\npause"));
 }
 
 TEST_CASE("archives are found whatever the case of their endings") {
@@ -104,7 +109,6 @@ TEST_CASE("unzip refuses before it runs anything") {
   CHECK(refusal(folder) == "Cannot find folder:" + folder);
   stage.home.write("down/N47E009.hgt", "old");
   CHECK(refusal(folder) == "No files found: " + folder);
-  stage.home.write("down/a.zip", archive_of({{"N47E009.hgt"}}));
   stage.home.write("down/b.zip", archive_of({{"x/../../y"}}));
   stage.home.write("down/c.zip", "cut");
   stage.home.write("down/d.zip", archive_of({{"a.zip", 5}}));
@@ -112,5 +116,37 @@ TEST_CASE("unzip refuses before it runs anything") {
         "Not unzipped:\r\nb.zip 'x/../../y' leads out of the folder\r\nc.zip is no complete zip archive.\r\n"
         "d.zip 'a.zip' is an archive itself");
   CHECK(read_whole_file(stage.home / "down/N47E009.hgt") == "old");
+  stage.home.write("down/a.zip", archive_of({{"N47E009.hgt"}}));
   CHECK(archives_with_cells(folder, {"N47E009.hgt"}) == Texts{"a.zip"});
 }
+
+#ifndef _WIN32
+TEST_CASE("what is not as its archive promises is no result, and a refused archive hinders no other") {
+  test::StandIn stage("h $x");
+  const std::string tool =
+      stage.home.write("my 7z",
+                       "#!/bin/sh\necho \"$2\" >>\"$0.read\"\nprintf right >good.txt\nprintf wrong >bad.txt\n"
+                       "echo 'ERROR: CRC Failed : bad.txt'\n");
+  std::filesystem::permissions(tool, std::filesystem::perms::owner_all);
+  stage.set("7z={home}/my 7z");
+  const auto archive = [&](const char* name, const char* entry) {
+    stage.home.write(name, test::zip_bytes({{entry, "right", 0, 5, crc32("right"), 0}}));
+  };
+  archive("down/bad.zip", "bad.txt");
+  archive("down/good.zip", "a/good.txt");
+  archive("down/slash.zip", "sub\\x.txt");
+  stage.home.write("down/bad.txt", "older");
+  const UnzipReport report = unzip(stage.workspace, stage.prompts, stage.progress, stage.home / "down");
+  CHECK(report.result == StageResult::failed);
+  CHECK(report.files == Texts{"good.txt"});
+  CHECK(report.failed == Texts{"bad.txt"});
+  CHECK(report.refused == Texts{"slash.zip"});
+  CHECK(read_whole_file(stage.home / "down/good.txt") == "right");
+  CHECK(read_whole_file(stage.home / "down/bad.txt") == "older");
+  CHECK(read_whole_file(tool + ".read") == "./bad.zip\n./good.zip\n");
+  CHECK(stage.prompts.tells() ==
+        Texts{"Not unzipped:\r\nslash.zip 'sub\\x.txt' holds a backslash", "Successfully zipped:\r\ngood.txt",
+              "Files were not unzippped\r\nbad.txt (bad.zip)\r\nERROR: CRC Failed : bad.txt\r\n"
+              "ERROR: CRC Failed : bad.txt"});
+}
+#endif

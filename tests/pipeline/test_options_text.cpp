@@ -34,7 +34,8 @@ TEST_CASE("options are read line by line, with comments and an end mark") {
 
 TEST_CASE("the DEM block is taken out; one that is never closed is told") {
   const OptionsText read = parse_options_text(
-      "--a\r\n <DEM> \r\n--dem-dists=3312\r\n# no\r\n\r\n--x=1 2\r\n</Dem>\r\n#<dem>\r\n--b", "mkopts");
+      "--a\r\n <DEM> # heights\r\n--dem-dists=3312\r\n# no\r\n\r\n--x=1 2\r\n--y </Dem>\r\n#<dem>\r\n--b",
+      "mkopts");
   CHECK(options_of(read) == Texts{"--a", "--b"});
   CHECK(read.dem_options == Texts{"--dem-dists=3312", "--x=1 2"});
   CHECK(read.warnings.empty());

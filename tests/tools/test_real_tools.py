@@ -399,6 +399,23 @@ class Elevation(RealTools):
             archive.unlink()
         self.assertEqual([path for path in self.root.rglob("*") if path.name.startswith(("evil", "N62"))], [])
 
+    def test_damaged_archives_replace_nothing(self):
+        old = self.heights / "N62W007.hgt"
+        old.write_bytes(b"\1" * 2884802)
+        archives = {"bad.zip": "N62W007.hgt", "good.zip": "N62W006.hgt", "slash.zip": "sub\\N62W006.hgt"}
+        for name, entry in archives.items():
+            with zipfile.ZipFile(self.heights / name, "w") as zipped:
+                zipped.writestr(entry, b"\2" * 2884802)
+        data = bytearray((self.heights / "bad.zip").read_bytes())
+        data[1000] ^= 1
+        (self.heights / "bad.zip").write_bytes(data)
+        report = json.loads(self.ferrowen("unzip", self.heights, "--json", status=1).stdout)
+        self.assertEqual(report["files"], ["N62W006.hgt"])
+        self.assertEqual((report["failed"], report["refused"]), (["N62W007.hgt"], ["slash.zip"]))
+        self.assertEqual(old.read_bytes()[:1], b"\1")
+        self.assertEqual(sorted(path.name for path in self.heights.iterdir()),
+                         ["N62W006.hgt", "N62W007.hgt", "bad.zip", "good.zip", "slash.zip"])
+
     def test_merge(self):
         parts = []
         for number in (1, 2):

@@ -31,9 +31,13 @@ void TestContours::folders_are_chosen_and_kept() {
   QTest::mouseClick(second->button(), Qt::LeftButton);
   QCOMPARE(desk.prompts.texts(),
            (std::vector<std::string>{"Select Directory", "The folder must hold .hgt or .hgt.zip files !"}));
+  auto* to_create = ToolDesk::find<QLabel>(window, "Label3");
   ToolDesk::find<QRadioButton>(window, "Option1_2")->click();
   QCOMPARE(heights->count(), 0);
+  QCOMPARE(to_create->text(), QStringLiteral("OSM Files to be created:0"));
   ToolDesk::find<QRadioButton>(window, "Option1_auto")->click();
+  QCOMPARE(heights->count(), 2);
+  QCOMPARE(to_create->text(), QStringLiteral("OSM Files to be created:2"));
   QTest::mouseClick(ToolDesk::find<QCheckBox>(window, "Check1"), Qt::LeftButton, Qt::NoModifier,
                     QPoint(8, 8));
   QVERIFY(

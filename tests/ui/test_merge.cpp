@@ -53,6 +53,10 @@ void TestMerge::files_are_listed_ordered_kept_and_merged() {
   QCOMPARE(files->count(), 3);
   const std::string target = desk.write("all.pbf", "older");
   ToolDesk::find<QLineEdit>(window, "Text1")->setText(ui::to_qt(target));
+  desk.prompts.chosen = {target};
+  qobject_cast<ui::PathEdit*>(ToolDesk::find<QLineEdit>(window, "Text1")->parentWidget())->browse();
+  QVERIFY(desk.prompts.file_questions.back().save);
+  QVERIFY(!desk.prompts.file_questions.back().confirms);  // the merge itself asks
   desk.prompts.forget();
   desk.prompts.answers = {Answer::no, Answer::yes};
   ToolDesk::click(window, "Command7");

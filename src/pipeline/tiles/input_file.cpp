@@ -77,6 +77,14 @@ Status check_input(const std::string& path, const MessageTable& messages) {
   return {problem.empty() ? "" : "'" + path + "' " + problem};
 }
 
+PbfState pbf_state(const std::string& path) {
+  FileSource source(path);
+  if (!source.is_open()) return PbfState::damaged;
+  const PbfFrame frame = read_pbf_frame(source);
+  if (!frame.problem.empty() || source.read_failed()) return PbfState::damaged;
+  return frame.holds_data ? PbfState::with_data : PbfState::without_data;
+}
+
 Status check_input_bytes(std::string_view bytes, InputKind kind) {
   MemorySource source(bytes);
   return {check_frame(source, kind)};

@@ -24,6 +24,11 @@ Status check_input(const std::string& path, const MessageTable& messages = Messa
 // The same on bytes in memory, for one kind. The error is the end of a sentence: "is no O5M file. ...".
 Status check_input_bytes(std::string_view bytes, InputKind kind);
 
+// A PBF file that a tool was to write. The tools themselves do not notice a disk that fills up while they
+// write; only the blocks tell it, which then do not reach to the exact end of the file.
+enum class PbfState : std::uint8_t { damaged, without_data, with_data };
+PbfState pbf_state(const std::string& path);
+
 // Size of the input above which it is taken to need a split (12 Mb).
 inline constexpr std::uint64_t split_size_bytes = 12ULL * 1000 * 1000;
 

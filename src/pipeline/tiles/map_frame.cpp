@@ -215,20 +215,27 @@ O5mFind find_o5m_object(ByteSource& source) {
 
 }  // namespace
 
-std::string check_pbf(ByteSource& source) {
-  bool data_seen = false;
+PbfFrame read_pbf_frame(ByteSource& source) {
+  PbfFrame frame;
+  if (source.size() == 0) return {"is empty.", false};
   for (std::uint64_t offset = 0; offset < source.size();) {
     const Block block = read_block(source, offset);
     if (offset == 0 && (block.fault == BlockFault::damaged ||
                         (block.fault == BlockFault::none && block.type != pbf::header_type)))
-      return foreign("OpenStreetMap PBF file");
+      return {foreign("OpenStreetMap PBF file"), false};
     const std::string place = "the block at byte " + std::to_string(offset);
-    if (block.fault == BlockFault::damaged) return "is damaged: " + place + " cannot be read." + get_again;
-    if (block.fault == BlockFault::cut_off) return truncated("it ends inside " + place);
-    data_seen = data_seen || block.type == pbf::data_type;
+    if (block.fault == BlockFault::damaged)
+      return {"is damaged: " + place + " cannot be read." + get_again, false};
+    if (block.fault == BlockFault::cut_off) return {truncated("it ends inside " + place), false};
+    frame.holds_data = frame.holds_data || block.type == pbf::data_type;
     offset = block.end;
   }
-  return data_seen ? "" : no_data;
+  return frame;
+}
+
+std::string check_pbf(ByteSource& source) {
+  const PbfFrame frame = read_pbf_frame(source);
+  return frame.problem.empty() && !frame.holds_data ? no_data : frame.problem;
 }
 
 std::string check_o5m(ByteSource& source) {

@@ -11,6 +11,12 @@ namespace ferrowen {
 // Blocks of a 4-byte length, a BlobHeader message and its data, up to the exact end; the first is the header.
 // Format: https://wiki.openstreetmap.org/wiki/PBF_Format
 std::string check_pbf(ByteSource& source);
+// The same for what a tool has just written, which may be empty of data.
+struct PbfFrame {
+  std::string problem;
+  bool holds_data = false;
+};
+PbfFrame read_pbf_frame(ByteSource& source);
 // Start mark with the format's name, end mark, and an object between them.
 // Format: https://wiki.openstreetmap.org/wiki/O5m
 std::string check_o5m(ByteSource& source);
