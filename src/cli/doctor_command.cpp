@@ -1,5 +1,6 @@
 #include <algorithm>
 
+#include "app/tools.hpp"
 #include "base/files.hpp"
 #include "base/text.hpp"
 #include "cli/commands.hpp"
@@ -37,6 +38,9 @@ ExitStatus find_style(Session& session, const DoctorArguments& arguments, StyleL
     location = locate_style(session.workspace.settings, arguments.style);
   } else {
     location = style_in_folder(arguments.style);
+    Settings tools;
+    find_tools(tools);
+    location.mkgmap_jar = tools.mkgmap_jar;
   }
   return ExitStatus::done;
 }

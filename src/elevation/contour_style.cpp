@@ -4,6 +4,7 @@
 #include <set>
 #include <vector>
 
+#include "app/style_info.hpp"
 #include "base/encoding.hpp"
 #include "base/files.hpp"
 #include "base/text.hpp"
@@ -15,7 +16,6 @@ namespace ferrowen {
 namespace {
 
 constexpr std::string_view built_in = "default";
-constexpr std::string_view base_mark = "base-style";
 constexpr int deepest_folder = 5;
 
 std::vector<std::string> rule_files(const std::string& folder, int depth = 0) {
@@ -39,18 +39,6 @@ bool speaks_of_contours(const std::string& text) {
   });
 }
 
-// The styles that the file "info" names as those below this one.
-std::vector<std::string> base_styles(const std::string& folder) {
-  std::vector<std::string> names;
-  for (const std::string& line : split_lines(read_whole_file(platform::join(folder, "info")))) {
-    const std::string_view text = trim(line);
-    if (!text.starts_with(base_mark)) continue;
-    const std::size_t name = text.find_first_not_of(" \t:=", base_mark.size());
-    if (name != std::string_view::npos) names.emplace_back(text.substr(name));
-  }
-  return names;
-}
-
 bool style_draws(const std::string& styles_folder, const std::string& style, std::set<std::string>& seen) {
   if (style == built_in) return true;
   if (!seen.insert(style).second) return false;
@@ -59,9 +47,9 @@ bool style_draws(const std::string& styles_folder, const std::string& style, std
     const std::string text = decode_tool_text(read_whole_file(path));
     if (speaks_of_contours(text)) return true;
   }
-  const std::vector<std::string> bases = base_styles(folder);
+  const std::vector<BaseStyle> bases = base_styles(read_whole_file(platform::join(folder, "info")));
   return std::any_of(bases.begin(), bases.end(),
-                     [&](const std::string& base) { return style_draws(styles_folder, base, seen); });
+                     [&](const BaseStyle& base) { return style_draws(styles_folder, base.name, seen); });
 }
 
 }  // namespace
