@@ -22,7 +22,7 @@ void normalise(std::string& line) {
   replace_in(line, "  ", " ");
   replace_in(line, " =", "=");
   replace_in(line, "[ ", "[");
-  replace_in(line, "[0X", "[0x");
+  if (!trim(line).starts_with('#')) replace_in(line, "[0X", "[0x");
   std::erase(line, '\r');
   replace_in(line, " ]", "]");
   replace_in(line, " {", "{");

@@ -113,7 +113,8 @@ TEST_CASE("brackets that are never closed are reported and swallow no rule") {
   const StyleRules rules =
       rules_of("a=b [0x02 resolution 20\nc=d [0x03]\ne=f {set g=h\ni=j [0x04]\n(k=l [0x05]");
   CHECK(rules.types == std::vector<std::string>{"00200", "00300", "00400", "00500"});
-  REQUIRE(rules.problems.size() == 2);
+  REQUIRE(rules.problems.size() == 3);
+  CHECK(rules.problems[2].text == "'(' is never closed.");
   CHECK(rules.problems[0].place.line == 1);
   CHECK(rules.problems[1].text == "'{' is opened here and never closed.");
 }
@@ -162,7 +163,7 @@ TEST_CASE("bytes that are no style are read without harm") {
   const StyleText old = style_of("a=b [0x01]\r#c\rd=e [0x02]");
   CHECK(old.lines.size() == 3);
   CHECK(problems_of(old).size() == 1);
-  CHECK(problems_of(style_of(std::string("a\0b\n\xFF\xFE[0x", 9))).size() == 1);
+  CHECK(problems_of(style_of(std::string("a\0b\n\xFF\xFE[0x", 9))).size() == 2);
   CHECK(problems_of(style_of(std::string("\xFF\xFE"
                                          "a\0=\0b\0",
                                          8))) ==

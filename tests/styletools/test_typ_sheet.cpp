@@ -100,7 +100,7 @@ TEST_CASE("TYP sheet: types of a style, each once with the label of its first ru
   CHECK(types[1].is_motorway);
   CHECK(types[2].label == "");
   CHECK(types[3].label == "old wood");
-  CHECK(types[4].label == "a = b");
+  CHECK(types[4].label == "a= b");
 }
 
 TEST_CASE("TYP sheet: the preview shows what the text says") {
