@@ -113,7 +113,7 @@ DoctorReport examine(const Patient& patient, const DoctorArguments& arguments) {
   for (const LoadedStyle& style : patient.kinds) {
     for (const DoctorCheck check : doctor_checks) {
       if (!runs(arguments, check) || !makes_sense(check, style.text.kind, arguments)) continue;
-      report.append(run_check(check, style, patient.typ ? &*patient.typ : nullptr));
+      report.append(run_check(check, style, patient.typ ? &*patient.typ : nullptr, arguments.draw_order));
     }
   }
   return report;
