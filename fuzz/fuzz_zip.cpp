@@ -1,8 +1,8 @@
 #include <cstdint>
 
+#include "base/inflate.hpp"
+#include "base/zip_archive.hpp"
 #include "contours/cell_file.hpp"
-#include "contours/inflate.hpp"
-#include "contours/zip_archive.hpp"
 #include "expect.hpp"
 
 using namespace ferrowen;

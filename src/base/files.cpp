@@ -87,6 +87,9 @@ Result<std::string> read_file(const std::string& path, std::uint64_t limit) {
   std::error_code error;
   if (!fs::exists(file_system_path(path), error)) return failed<std::string>(path + ": no such file");
   if (fs::is_directory(file_system_path(path), error)) return failed<std::string>(path + ": is a folder");
+  // To open a pipe would wait for somebody who writes into it.
+  if (fs::is_fifo(file_system_path(path), error) || fs::is_socket(file_system_path(path), error))
+    return failed<std::string>(path + ": is no regular file");
   const std::uint64_t size = file_size(path);
   if (size > limit) return failed<std::string>(path + ": too large (" + std::to_string(size) + " bytes)");
   std::ifstream file(file_system_path(path), std::ios::binary);

@@ -99,6 +99,7 @@ struct DoctorArguments {
   std::optional<std::string> typ, kind;
   std::vector<std::string> checks;  // by their names; none: all
   std::string format = "text";      // or csv; json is the global option
+  std::size_t draw_order = 0;       // transparent polygons below this level are told; 0: none
 };
 
 struct TypArguments {

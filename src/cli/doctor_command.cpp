@@ -1,5 +1,6 @@
 #include <algorithm>
 
+#include "app/tools.hpp"
 #include "base/files.hpp"
 #include "base/text.hpp"
 #include "cli/commands.hpp"
@@ -37,6 +38,9 @@ ExitStatus find_style(Session& session, const DoctorArguments& arguments, StyleL
     location = locate_style(session.workspace.settings, arguments.style);
   } else {
     location = style_in_folder(arguments.style);
+    Settings tools;
+    find_tools(tools);
+    location.mkgmap_jar = tools.mkgmap_jar;
   }
   return ExitStatus::done;
 }
@@ -109,7 +113,7 @@ DoctorReport examine(const Patient& patient, const DoctorArguments& arguments) {
   for (const LoadedStyle& style : patient.kinds) {
     for (const DoctorCheck check : doctor_checks) {
       if (!runs(arguments, check) || !makes_sense(check, style.text.kind, arguments)) continue;
-      report.append(run_check(check, style, patient.typ ? &*patient.typ : nullptr));
+      report.append(run_check(check, style, patient.typ ? &*patient.typ : nullptr, arguments.draw_order));
     }
   }
   return report;

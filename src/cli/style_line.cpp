@@ -48,6 +48,11 @@ void add_doctor(CLI::App& app, DoctorArguments& arguments, const std::string& hi
       ->type_name("polygons|lines|points")
       ->take_last()
       ->check(CLI::IsMember({"polygons", "lines", "points"}).description(""));
+  doctor
+      ->add_option("--draw-order", arguments.draw_order,
+                   "Tell which transparent polygons of the TYP file are drawn below this level")
+      ->type_name("N")
+      ->check(CLI::Range(0, 255).description(""));
   doctor->add_option("--format", arguments.format, "How findings are printed")
       ->type_name("text|csv|json")
       ->take_last()

@@ -23,17 +23,19 @@ bool may_write(Session& session, const std::string& path) {
   return session.prompts.ask(path + "\r\n" + session.workspace.message(message_file_exists)) == Answer::yes;
 }
 
-void tell_findings(Session& session, const std::string& path, const TypFile& typ) {
+// False when the file holds less than it says it does.
+bool tell_findings(Session& session, const std::string& path, const TypFile& typ) {
   session.json["findings"] = Json::array();
   for (const TypFinding& finding : typ.findings) {
     if (session.json["findings"].size() < most_findings_told)
       session.prompts.tell(path + ", byte " + std::to_string(finding.offset) + ": " + finding.text,
-                           Icon::warning);
+                           Icon::critical);
     session.json["findings"].push_back({{"offset", finding.offset}, {"text", finding.text}});
   }
   if (typ.findings.size() > most_findings_told)
     session.prompts.tell(std::to_string(typ.findings.size() - most_findings_told) + " more, see --json",
-                         Icon::warning);
+                         Icon::critical);
+  return typ.findings.empty();
 }
 
 ExitStatus write_bytes(Session& session, const std::string& path, const std::string& bytes) {
@@ -69,8 +71,14 @@ ExitStatus show(Session& session, const TypArguments& arguments) {
   for (const RuleKind kind : rule_kinds)
     session.json[std::string(rule_file_name(kind))] = typ.value.of(kind).size();
   session.json["draw_order_levels"] = typ.value.draw_order.size();
-  tell_findings(session, path, typ.value);
-  if (!arguments.editor_files) return show_text(session, arguments, typ.value);
+  const bool is_whole = tell_findings(session, path, typ.value);
+  if (!is_whole && (arguments.output || arguments.editor_files))
+    return session.fail(path + " is damaged: what was read of it is not written as if it were all.",
+                        ExitStatus::run_failed);
+  if (!arguments.editor_files) {
+    const ExitStatus shown = show_text(session, arguments, typ.value);
+    return shown == ExitStatus::done && !is_whole ? ExitStatus::run_failed : shown;
+  }
   const std::string target = platform::absolute(*arguments.editor_files);
   if (!export_editor_files(typ.value, target, session.prompts)) return ExitStatus::stopped;
   session.json["files"] = editor_file_paths(target);

@@ -6,7 +6,7 @@
 
 #include "base/files.hpp"
 #include "base/text.hpp"
-#include "contours/zip_archive.hpp"
+#include "base/zip_archive.hpp"
 #include "platform/paths.hpp"
 
 namespace ferrowen {

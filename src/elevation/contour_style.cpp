@@ -6,6 +6,7 @@
 #include <set>
 #include <vector>
 
+#include "app/style_info.hpp"
 #include "base/encoding.hpp"
 #include "base/files.hpp"
 #include "base/text.hpp"
@@ -16,7 +17,6 @@ namespace ferrowen {
 namespace {
 
 constexpr std::string_view built_in = "default";
-constexpr std::string_view base_mark = "base-style";
 // The files that the map compiler reads; it reads others where these include them.
 constexpr std::array<std::string_view, 4> rule_files = {"lines", "relations", "polygons", "points"};
 
@@ -26,18 +26,6 @@ bool speaks_of_contours(const std::string& text) {
     const std::string_view rule = trim(std::string_view(line).substr(0, line.find('#')));
     return !rule.starts_with("include") && contains_ignoring_case(rule, "contour");
   });
-}
-
-// The styles that the file "info" names as those below this one.
-std::vector<std::string> base_styles(const std::string& folder) {
-  std::vector<std::string> names;
-  for (const std::string& line : split_lines(read_whole_file(platform::join(folder, "info")))) {
-    const std::string_view text = trim(line);
-    if (!text.starts_with(base_mark)) continue;
-    const std::size_t name = text.find_first_not_of(" \t:=", base_mark.size());
-    if (name != std::string_view::npos) names.emplace_back(text.substr(name));
-  }
-  return names;
 }
 
 // A file of rules in a style.
@@ -80,9 +68,10 @@ class StyleSearch {
     if (!m_styles.insert(style).second) return false;
     const auto draws = [&](std::string_view name) { return file_draws({style, std::string(name)}); };
     if (std::any_of(rule_files.begin(), rule_files.end(), draws)) return true;
-    const std::vector<std::string> bases = base_styles(platform::join(m_folder, style));
+    const std::string info = platform::join(platform::join(m_folder, style), "info");
+    const std::vector<BaseStyle> bases = base_styles(read_whole_file(info));
     return std::any_of(bases.begin(), bases.end(),
-                       [&](const std::string& base) { return style_draws(base); });
+                       [&](const BaseStyle& base) { return style_draws(base.name); });
   }
 
  private:

@@ -145,7 +145,7 @@ DoctorReport parseplaces(const LoadedStyle& style) {
 DoctorReport parse_notused(const LoadedStyle& style) {
   DoctorReport report;
   for (const StyleLine& line : style.text.lines) {
-    if (!is_comment(line.text)) continue;
+    if (!is_comment(line.text) || style.text.files[line.place.file].is_base) continue;
     const std::string text = lower_ascii(line.text);
     if (!contains(text, "[") || !contains(text, "]") || !contains(text, "0x")) continue;
     DoctorRow row = row_at(DoctorCheck::unused, style, line.place);

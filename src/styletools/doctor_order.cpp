@@ -37,7 +37,7 @@ class StyleCheck {
       const StyleStatement& statement = m_rules.statements[index];
       const bool makes_something = std::any_of(statement.types.begin(), statement.types.end(),
                                                [](const std::string& type) { return contains(type, "0x"); });
-      if (makes_something && !statement.in_finalize) examine(index, statement);
+      if (makes_something && !statement.in_finalize && !statement.is_of_base) examine(index, statement);
     }
     if (m_report.issues == 0) add_no_issues(m_report, row_of(DoctorCheck::style, m_style));
     return std::move(m_report);
@@ -67,7 +67,12 @@ class StyleCheck {
   void add_problems() {
     for (const auto* problems : {&m_style.text.problems, &m_rules.problems}) {
       for (const StyleProblem& problem : *problems)
-        add(problem.place, Weight::error, strong_marker, {"Check", problem.text, ""});
+        m_report.add(problem_row(DoctorCheck::style, m_style, problem));
+    }
+    for (const StyleProblem& problem : m_style.style_problems) {
+      DoctorRow row = problem_row(DoctorCheck::style, m_style, problem);
+      row.kind_text = whole_style;
+      m_report.add(std::move(row));
     }
   }
 
@@ -91,17 +96,25 @@ class StyleCheck {
     }
   }
 
+  static std::string never_for(const std::string& alternative) {
+    return alternative.empty() ? "" : " (never for " + shown_rule(alternative) + ")";
+  }
+
   void add_fate(const RuleFate& fate, const StyleStatement& statement) {
     const StyleStatement& earlier = m_rules.statements[fate.earlier];
     const std::string other = place_words(m_style, earlier.place);
     switch (fate.kind) {
       case RuleFate::Kind::tag_deleted:
-        return add(statement, Weight::warning, finding_marker,
-                   {"Tag deleted: " + fate.what, marked("Check:", statement), other});
-      case RuleFate::Kind::partly_reached:
         return add(
             statement, Weight::warning, finding_marker,
-            {"Check", marked("Check:", statement) + " (never for " + shown_rule(fate.what) + ")", other});
+            {"Tag deleted: " + fate.what, marked("Check:", statement) + never_for(fate.never_for), other});
+      case RuleFate::Kind::tag_deleted_for_some:
+        return add(statement, Weight::hint, finding_marker,
+                   {"Tag deleted: " + fate.what,
+                    marked("Check:", statement) + " (of objects that the earlier rule has matched)", other});
+      case RuleFate::Kind::partly_reached:
+        return add(statement, Weight::warning, finding_marker,
+                   {"Check", marked("Check:", statement) + never_for(fate.what), other});
       case RuleFate::Kind::never_reached:
         break;
     }

@@ -33,8 +33,14 @@ void DoctorReport::add(DoctorRow row) {
 }
 
 void DoctorReport::append(DoctorReport other) {
-  issues += other.issues;
-  std::move(other.rows.begin(), other.rows.end(), std::back_inserter(rows));
+  const auto is_known = [this](const DoctorRow& row) {
+    return row.kind_text == whole_style && std::any_of(rows.begin(), rows.end(), [&](const DoctorRow& known) {
+             return known.kind_text == whole_style && known.file == row.file && known.line == row.line &&
+                    known.detail == row.detail;
+           });
+  };
+  for (DoctorRow& row : other.rows)
+    if (!is_known(row)) add(std::move(row));
 }
 
 void putheader(DoctorReport& report, const DoctorRow& section, std::string_view title) {

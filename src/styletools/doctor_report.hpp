@@ -54,11 +54,15 @@ struct DoctorRow {
   [[nodiscard]] bool counts() const { return weight >= Weight::hint; }
 };
 
+// The kind column of rows about the style as a whole.
+inline constexpr const char* whole_style = "Style";
+
 struct DoctorReport {
   std::vector<DoctorRow> rows;
   std::size_t issues = 0;
 
   void add(DoctorRow row);
+  // Rows about the style as a whole, which every kind has, are kept once.
   void append(DoctorReport other);
 };
 

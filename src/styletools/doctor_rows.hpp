@@ -13,6 +13,8 @@ inline constexpr const char* plain_marker = "  ";
 DoctorRow row_of(DoctorCheck check, const LoadedStyle& style);
 // The same at a place of the style.
 DoctorRow row_at(DoctorCheck check, const LoadedStyle& style, StylePlace place);
+// What is wrong with the style, or was not looked at.
+DoctorRow problem_row(DoctorCheck check, const LoadedStyle& style, const StyleProblem& problem);
 // The row that ends a check which found nothing.
 void add_no_issues(DoctorReport& report, DoctorRow row, const char* text = "No issues found.");
 // A rule as a row shows it: of one that is thousands of characters long the beginning.

@@ -32,6 +32,35 @@ bool comes_from_mkgmap(std::string_view tag) {
 // Tags of this form are made by styles alone, never by map data.
 bool is_private(std::string_view tag) { return tag.starts_with("mkgmap:") || tag.starts_with("tmp:"); }
 
+// Keys that map data often has besides those of the key list; with anything behind ":" too.
+constexpr std::string_view ordinary_keys[] = {
+    "addr",       "alt_name",      "branch",    "brand",         "capacity", "description", "destination",
+    "distance",   "ele",           "exit_to",   "from",          "height",   "int_name",    "int_ref",
+    "junction",   "loc_name",      "local_ref", "maxspeed",      "nat_name", "nat_ref",     "network",
+    "note",       "official_name", "old_name",  "opening_hours", "operator", "population",  "reg_name",
+    "short_name", "symbol",        "to",        "width",
+};
+
+bool is_ordinary(std::string_view tag) {
+  return std::find(std::begin(ordinary_keys), std::end(ordinary_keys), tag.substr(0, tag.find(':'))) !=
+         std::end(ordinary_keys);
+}
+
+// The tags whose values tests compare with: "a=$b", "a!=${b}".
+std::vector<std::string> compared_tags(std::string_view tests) {
+  std::vector<std::string> found;
+  for (std::size_t at = tests.find('$'); at != std::string_view::npos; at = tests.find('$', at + 1)) {
+    std::string_view before = tests.substr(0, at);
+    before = before.substr(0, before.find_last_not_of(' ') + 1);
+    if (before.empty() || !contains("=<>~", before.substr(before.size() - 1))) continue;
+    std::string_view tag = tests.substr(at + 1);
+    if (tag.starts_with('{')) tag.remove_prefix(1);
+    tag = tag.substr(0, tag.find_first_of(" =!<>~&|(){}'\""));
+    if (!tag.empty()) found.emplace_back(tag);
+  }
+  return found;
+}
+
 class TagCheck {
  public:
   explicit TagCheck(const LoadedStyle& style) : m_style(style) {}
@@ -70,6 +99,8 @@ class TagCheck {
 
   void examine(const StyleStatement& statement) {
     std::vector<std::string> tags = referred_tags(statement.actions);
+    const std::vector<std::string> compared = compared_tags(statement.tests);
+    tags.insert(tags.end(), compared.begin(), compared.end());
     for (const std::string& type : statement.types) {
       const std::vector<std::string> more = referred_tags(type);
       tags.insert(tags.end(), more.begin(), more.end());
@@ -89,7 +120,7 @@ class TagCheck {
   [[nodiscard]] Weight weight_of(const std::string& tag) const {
     if (comes_from_mkgmap(tag)) return Weight::note;
     if (is_private(tag)) return Weight::warning;
-    return m_data.contains(tag) ? Weight::note : Weight::hint;
+    return m_data.contains(tag) || is_ordinary(tag) ? Weight::note : Weight::hint;
   }
 
   const LoadedStyle& m_style;

@@ -1,6 +1,7 @@
 #include "styletools/rule_order.hpp"
 
 #include <algorithm>
+#include <deque>
 #include <map>
 #include <unordered_map>
 #include <unordered_set>
@@ -106,6 +107,44 @@ class EarlierRules {
   std::unordered_map<std::string, std::size_t> m_sizes;                 // of all that belong into them
 };
 
+bool contradicts(const TagTest& one, const TagTest& two) {
+  using enum TagTest::Form;
+  if (one.key != two.key) return false;
+  if (one.form == missing) return two.is_positive();
+  if (one.form == equals && two.form == equals) return one.value != two.value;
+  return one.form == equals && two.form == differs && one.value == two.value;
+}
+
+// False when no object can match both.
+bool may_both_hold(const Alternative& left, const Alternative& right) {
+  return std::none_of(left.begin(), left.end(), [&](const TagTest& one) {
+    return std::any_of(right.begin(), right.end(), [&](const TagTest& other) {
+      return contradicts(one, other) || contradicts(other, one);
+    });
+  });
+}
+
+// The condition of a block as the rules inside carry it. One of many tests would cost their number for each
+// of these rules: a single test that stands for all of them, and what all alternatives have in common, say as
+// much about rules of the same block.
+std::optional<Alternatives> condensed(const std::optional<Alternatives>& alternatives,
+                                      const std::string& name) {
+  constexpr std::size_t most_tests = 16;
+  if (!alternatives) return std::nullopt;
+  std::size_t count = 0;
+  for (const Alternative& one : *alternatives)
+    count += one.size() + 1;
+  if (count <= most_tests) return alternatives;
+  Alternative common{{TagTest::Form::other, "", name}};
+  for (const TagTest& test : alternatives->front()) {
+    const bool is_common = std::all_of(
+        alternatives->begin(), alternatives->end(),
+        [&](const Alternative& one) { return std::find(one.begin(), one.end(), test) != one.end(); });
+    if (is_common && common.size() < most_tests) common.push_back(test);
+  }
+  return Alternatives{std::move(common)};
+}
+
 class OrderWalk {
  public:
   explicit OrderWalk(const StyleRules& rules) : m_rules(rules) {}
@@ -114,7 +153,7 @@ class OrderWalk {
     for (m_position = 0; m_position < m_rules.in_place.size(); ++m_position) {
       const std::size_t index = m_rules.in_place[m_position];
       const StyleStatement& statement = m_rules.statements[index];
-      if (statement.in_finalize) break;
+      if (statement.in_finalize || statement.is_of_base) break;  // what follows runs apart, or behind
       step(index, statement);
     }
     return std::move(m_fates);
@@ -124,6 +163,12 @@ class OrderWalk {
   struct Block {  // an "if" whose "end" has not come
     std::optional<Alternatives> outer, own, now;
     std::unordered_set<std::string> keys;
+    std::uint32_t line = 0;
+  };
+  struct Deletion {
+    Alternative tests;
+    std::size_t position = 0;
+    std::size_t statement = 0;
   };
 
   void step(std::size_t index, const StyleStatement& statement) {
@@ -153,7 +198,8 @@ class OrderWalk {
     Block block;
     block.outer = m_blocks.empty() ? Alternatives{{}} : m_blocks.back().now;
     block.own = parse_tests(statement.tests);
-    block.now = both(block.outer, block.own);
+    block.line = statement.place.line;
+    block.now = both(block.outer, condensed(block.own, "the 'if' of line " + std::to_string(block.line)));
     if (!m_blocks.empty()) block.keys = m_blocks.back().keys;
     for (const Alternative& alternative : block.own.value_or(Alternatives{})) {
       for (const TagTest& test : alternative)
@@ -165,14 +211,22 @@ class OrderWalk {
   void turn_block() {
     if (m_blocks.empty()) return;
     Block& block = m_blocks.back();
-    block.now = block.own ? both(block.outer, none_holds(*block.own)) : std::nullopt;
+    if (!block.own) {
+      block.now = std::nullopt;
+      return;
+    }
+    const std::string name = "the 'else' of line " + std::to_string(block.line);
+    const std::optional<Alternatives> others = none_holds(*block.own);
+    const Alternatives unknown{{TagTest{TagTest::Form::other, "", name}}};
+    block.now = both(block.outer, others ? condensed(others, name) : unknown);
   }
 
   void take_rule(std::size_t index, const StyleStatement& statement) {
-    std::optional<Alternatives> alternatives = parse_tests(statement.tests);
+    const std::optional<Alternatives> own = parse_tests(statement.tests);
+    std::optional<Alternatives> alternatives = own;
     if (!m_blocks.empty()) alternatives = both(alternatives, m_blocks.back().now);
     const bool makes_something = contains(statement.types.empty() ? "" : statement.types.front(), "0x");
-    if (makes_something && alternatives) judge(index, *alternatives);
+    if (makes_something && alternatives) judge(index, *own, *alternatives);
     const bool goes_on = lets_later_rules_match(statement);
     if (!goes_on && alternatives) remember_reached(index, *alternatives);
     if (goes_on) record_actions(index, statement, alternatives);
@@ -195,18 +249,61 @@ class OrderWalk {
   // What the actions of a rule change for the rules behind it.
   void record_actions(std::size_t index, const StyleStatement& statement,
                       const std::optional<Alternatives>& alternatives) {
-    const bool forgets = !statement.types.empty() && !contains(statement.types.back(), "with_actions");
+    const bool forgets = !statement.types.empty() && !has_word(statement.types.back(), "with_actions");
     if (forgets) return;
     for (const TagAction& action : tag_actions(statement.actions)) {
       for (Block& block : m_blocks) {  // the test of the block may no longer hold
         if (block.keys.contains(action.key)) block.outer = block.own = block.now = std::nullopt;
       }
       m_changes.add(action, m_position);
-      if (action.form == TagAction::Form::deletes && alternatives) remember(index, *alternatives, action.key);
+      if (action.form != TagAction::Form::deletes || !alternatives) continue;
+      remember(index, *alternatives, action.key);
+      remember_deletion(index, *alternatives, action.key);
     }
   }
 
-  void judge(std::size_t index, const Alternatives& alternatives) {
+  // A rule that looks at the tag which it deletes tidies up: what is left is meant to be tested.
+  void remember_deletion(std::size_t index, const Alternatives& alternatives, const std::string& key) {
+    constexpr std::size_t most_deletions = 32;  // of one tag; the newest
+    std::deque<Deletion>& deletions = m_deletions[key];
+    for (const Alternative& tests : alternatives) {
+      if (std::any_of(tests.begin(), tests.end(), [&](const TagTest& test) { return test.key == key; }))
+        continue;
+      deletions.push_back({tests, m_position, index});
+      if (deletions.size() > most_deletions) deletions.pop_front();
+    }
+  }
+
+  // Objects that an earlier rule has matched have lost a tag that this rule wants.
+  [[nodiscard]] std::optional<RuleFate> partial_loss(std::size_t index, const Alternatives& own,
+                                                     const Alternatives& alternatives) const {
+    for (const std::string& key : positive_keys(own)) {
+      const auto deletions = m_deletions.find(key);
+      if (deletions == m_deletions.end()) continue;
+      for (const Deletion& deletion : deletions->second) {
+        for (const Alternative& alternative : alternatives) {
+          const bool is_lost = std::any_of(alternative.begin(), alternative.end(), [&](const TagTest& test) {
+            return test.key == key && test.is_positive() &&
+                   !m_changes.may_have_made_true(test, deletion.position, m_position);
+          });
+          if (is_lost && may_both_hold(deletion.tests, alternative))
+            return RuleFate{index, RuleFate::Kind::tag_deleted_for_some, deletion.statement, key, ""};
+        }
+      }
+    }
+    return std::nullopt;
+  }
+
+  static std::unordered_set<std::string> positive_keys(const Alternatives& alternatives) {
+    std::unordered_set<std::string> keys;
+    for (const Alternative& alternative : alternatives) {
+      for (const TagTest& test : alternative)
+        if (test.is_positive()) keys.insert(test.key);
+    }
+    return keys;
+  }
+
+  void judge(std::size_t index, const Alternatives& own, const Alternatives& alternatives) {
     std::size_t dead = 0;
     std::optional<RuleFate> fate;
     for (const Alternative& alternative : alternatives) {
@@ -216,10 +313,17 @@ class OrderWalk {
       const bool ended = reason->deleted.empty();
       if (fate && !(ended && fate->kind == RuleFate::Kind::tag_deleted)) continue;
       fate = RuleFate{index, ended ? RuleFate::Kind::never_reached : RuleFate::Kind::tag_deleted,
-                      reason->statement, ended ? alternative_text(alternative) : reason->deleted};
+                      reason->statement, ended ? alternative_text(alternative) : reason->deleted,
+                      ended ? "" : alternative_text(alternative)};
     }
-    if (!fate) return;
     const bool partly = dead < alternatives.size();
+    // Of a rule that does match, a tag that only its block tests is no matter.
+    if (fate && partly && fate->kind == RuleFate::Kind::tag_deleted &&
+        !positive_keys(own).contains(fate->what))
+      fate.reset();
+    if (!fate) fate = partial_loss(index, own, alternatives);
+    if (!fate) return;
+    if (!partly) fate->never_for.clear();
     if (partly && fate->kind == RuleFate::Kind::never_reached) fate->kind = RuleFate::Kind::partly_reached;
     m_fates.push_back(std::move(*fate));
   }
@@ -262,6 +366,7 @@ class OrderWalk {
   std::size_t m_position = 0;
   std::vector<Block> m_blocks;
   EarlierRules m_earlier;
+  std::unordered_map<std::string, std::deque<Deletion>> m_deletions;  // by tag
   TagChanges m_changes;
   std::vector<RuleFate> m_fates;
 };
@@ -271,11 +376,7 @@ class OrderWalk {
 std::vector<RuleFate> fates_of_rules(const StyleRules& rules) { return OrderWalk(rules).run(); }
 
 bool lets_later_rules_match(const StyleStatement& statement) {
-  if (statement.types.empty()) return true;
-  for (const std::string& word : split(statement.types.back(), " ")) {
-    if (word == "continue") return true;
-  }
-  return false;
+  return statement.types.empty() || has_word(statement.types.back(), "continue");
 }
 
 }  // namespace ferrowen

@@ -13,10 +13,12 @@ namespace ferrowen {
 
 struct RuleFate {
   std::size_t statement = 0;
-  enum class Kind : std::uint8_t { never_reached, partly_reached, tag_deleted };
+  // tag_deleted_for_some: only of the objects that the earlier rule has matched too.
+  enum class Kind : std::uint8_t { never_reached, partly_reached, tag_deleted, tag_deleted_for_some };
   Kind kind = Kind::never_reached;
   std::size_t earlier = 0;  // the statement that keeps it from matching
   std::string what;         // the alternative that never matches, or the deleted tag
+  std::string never_for;    // of a deleted tag: the alternative, when others of the rule do match
 };
 
 // In the order in which mkgmap meets the rules; one entry per rule.

@@ -12,6 +12,7 @@ LoadedStyle load_style(const StyleLocation& style, RuleKind kind) {
   LoadedStyle loaded;
   loaded.text = chknodata(style, kind);
   loaded.rules = get_styletypes(loaded.text);
+  loaded.style_problems = style_problems(style);
   const StyleText relations = read_relations(style);
   for (const std::string& unread : relations.unread)
     loaded.text.unread.push_back(unread);
@@ -35,6 +36,16 @@ DoctorRow row_at(DoctorCheck check, const LoadedStyle& style, StylePlace place) 
   DoctorRow row = row_of(check, style);
   if (place.file < style.text.files.size()) row.file = style.text.files[place.file].path;
   row.line = place.line;
+  return row;
+}
+
+DoctorRow problem_row(DoctorCheck check, const LoadedStyle& style, const StyleProblem& problem) {
+  DoctorRow row = row_at(check, style, problem.place);
+  if (!problem.path.empty()) row.file = problem.path;
+  row.weight = problem.is_note ? Weight::note : Weight::error;
+  row.marker = problem.is_note ? plain_marker : strong_marker;
+  row.finding = "Check";
+  row.detail = problem.text;
   return row;
 }
 
@@ -65,14 +76,8 @@ namespace {
 // A rule file that could not be read is not one without rules: every check says so, and nothing else.
 DoctorReport unread_report(DoctorCheck check, const LoadedStyle& style) {
   DoctorReport report;
-  for (const StyleProblem& problem : style.text.problems) {
-    DoctorRow row = row_at(check, style, problem.place);
-    row.weight = Weight::error;
-    row.marker = strong_marker;
-    row.finding = "Check";
-    row.detail = problem.text;
-    report.add(std::move(row));
-  }
+  for (const StyleProblem& problem : style.text.problems)
+    report.add(problem_row(check, style, problem));
   return report;
 }
 

@@ -16,7 +16,8 @@ namespace ferrowen {
 struct LoadedStyle {
   StyleText text;
   StyleRules rules;
-  std::vector<std::string> relation_tags;  // that the rules for relations give to members
+  std::vector<std::string> relation_tags;    // that the rules for relations give to members
+  std::vector<StyleProblem> style_problems;  // of the style as a whole; the same for every kind
 };
 LoadedStyle load_style(const StyleLocation& style, RuleKind kind);
 

@@ -6,6 +6,7 @@
 #include <utility>
 
 #include "base/text.hpp"
+#include "styletools/rule_mistakes.hpp"
 #include "styletools/style_statements.hpp"
 
 namespace ferrowen {
@@ -19,15 +20,6 @@ constexpr std::string_view type_mark = "0x";
 double number_behind(std::string_view definition, std::string_view keyword) {
   const std::size_t at = definition.find(keyword);
   return at == std::string_view::npos ? 0 : lenient_number(definition.substr(at + keyword.size()));
-}
-
-bool has_word(std::string_view text, std::string_view word) {
-  for (std::size_t at = text.find(word); at != std::string_view::npos; at = text.find(word, at + 1)) {
-    const bool begins = at == 0 || text[at - 1] == ' ' || text[at - 1] == ']';
-    const std::size_t end = at + word.size();
-    if (begins && (end == text.size() || text[end] == ' ' || text[end] == ']')) return true;
-  }
-  return false;
 }
 
 // The tags of a condition that begin with "mkgmap:", each up to "=", "!" or a blank.
@@ -109,9 +101,11 @@ class PlaceWalk {
   void walk(std::uint32_t file) {
     if (m_done[file]) return;
     m_done[file] = true;
+    if (m_style.files[file].is_rule_file) m_finalize = false;
     for (std::size_t at = m_starts[file]; at < m_starts[file + 1]; ++at) {
       const StyleStatement& statement = m_rules.statements[at];
       if (m_finalize) m_rules.statements[at].in_finalize = true;
+      m_rules.statements[at].is_of_base = m_style.files[file].is_base;
       if (statement.form == StyleStatement::Form::finalize) m_finalize = true;
       m_rules.in_place.push_back(at);
       if (statement.form == StyleStatement::Form::include) follow(StylePlace(statement.place));
@@ -144,7 +138,26 @@ StyleRules get_styletypes(const StyleText& style) {
   starts.push_back(rules.statements.size());
   add_rules(rules);
   PlaceWalk(style, rules, std::move(starts)).walk_all();
+  for (StyleProblem& mistake : rule_mistakes(rules))
+    rules.problems.push_back(std::move(mistake));
   return rules;
+}
+
+bool has_word(std::string_view definition, std::string_view word) {
+  char quote = 0;
+  std::size_t begin = 0;
+  for (std::size_t at = 0; at <= definition.size(); ++at) {
+    const char c = at < definition.size() ? definition[at] : ' ';
+    const bool is_quote = quote != 0 ? c == quote : c == '\'' || c == '"';
+    if (quote == 0 && (c == ' ' || c == ']' || is_quote)) {
+      if (definition.substr(begin, at - begin) == word) return true;
+      begin = at + 1;
+    }
+    if (!is_quote) continue;
+    quote = quote != 0 ? '\0' : c;
+    begin = at + 1;
+  }
+  return false;
 }
 
 std::uint32_t get_type(std::string_view rule) {

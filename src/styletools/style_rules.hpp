@@ -16,7 +16,9 @@ struct StyleStatement {
   enum class Form : std::uint8_t { rule, include, finalize, if_begins, otherwise, if_ends };
   Form form = Form::rule;
   StylePlace place;
+  std::uint32_t last_line = 0;     // of its file
   bool in_finalize = false;        // behind <finalize>: runs for what has been given a type
+  bool is_of_base = false;         // of a style that this one is based on
   std::string text;                // its lines joined by a blank, without comments behind them
   std::string tests;               // what stands before "{" and "["
   std::string actions;             // what stands in "{" "}"; blocks are joined by ";"
@@ -44,7 +46,7 @@ struct StyleRules {
   std::vector<StyleRule> rules;            // in the order of the text
   std::vector<std::string> types;          // the distinct keys, in that order
   std::vector<std::size_t> first_rules;    // of each of `types`
-  std::vector<StyleProblem> problems;      // brackets that are never closed
+  std::vector<StyleProblem> problems;      // brackets that are never closed, then what mkgmap refuses
 
   [[nodiscard]] const StyleStatement& statement_of(const StyleRule& rule) const {
     return statements[rule.statement];
@@ -54,6 +56,8 @@ struct StyleRules {
 // The rule table and the type list of a style text.
 StyleRules get_styletypes(const StyleText& style);
 
+// Whether a word stands in a type definition, outside of quotes.
+bool has_word(std::string_view definition, std::string_view word);
 // The number behind "0x" up to the first character that is no hexadecimal digit; 0 when there is none.
 std::uint32_t get_type(std::string_view rule);
 // The key of a number as it is written: without a subtype it gets "00".

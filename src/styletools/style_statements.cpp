@@ -17,10 +17,16 @@ struct Brackets {
   char open = 0;  // '{' or '[': the block that is open
   char last = 0;  // last character that is no blank
   bool any_block = false;
+  bool in_reference = false;  // of a condition: ${tag}
 
   void take(char c) {
     if (c == ' ') return;
+    const bool begins_reference = open == 0 && c == '{' && last == '$';
     last = c;
+    if (begins_reference || in_reference) {
+      in_reference = c != '}';
+      return;
+    }
     if (open == 0) {
       if (c == '(') ++round;
       if (c == ')' && round > 0) --round;
@@ -40,7 +46,8 @@ struct Brackets {
   }
 };
 
-// Calls `each` for every character outside quotes until a comment begins; returns where that is.
+// Calls `each` for every character outside quotes until a comment begins or it returns false; returns where
+// that is.
 template <typename Each>
 std::size_t scan(std::string_view text, Each each) {
   char quote = 0;
@@ -50,18 +57,18 @@ std::size_t scan(std::string_view text, Each each) {
       if (c == quote) quote = 0;
     } else if (c == '\'' || c == '"') {
       quote = c;
-      each('x', at);
+      if (!each('x', at)) return at;
     } else if (c == '#' && (at == 0 || contains(comment_may_follow, text.substr(at - 1, 1)))) {
       return at;
-    } else {
-      each(c, at);
+    } else if (!each(c, at)) {
+      return at;
     }
   }
   return text.size();
 }
 
 std::string_view without_comment(std::string_view line) {
-  return trim(line.substr(0, scan(line, [](char, std::size_t) {})));
+  return trim(line.substr(0, scan(line, [](char, std::size_t) { return true; })));
 }
 
 bool is_word(std::string_view line, std::string_view word) {
@@ -84,7 +91,7 @@ bool goes_on(const StyleStatement& statement, const Brackets& brackets, std::str
   if (statement.form != StyleStatement::Form::rule || statement.text.empty()) return false;
   if (brackets.open != 0 || brackets.round > 0 || next.front() == '[') return true;
   if (brackets.any_block) return false;
-  return next.front() == '{' || contains("&|)=<>~", next.substr(0, 1)) ||
+  return next.front() == '{' || contains("&|)=<>~", next.substr(0, 1)) || next.starts_with("!=") ||
          contains("&|!=<>~", std::string_view(&brackets.last, 1));
 }
 
@@ -101,18 +108,11 @@ class StatementReader {
       : m_statements(statements), m_problems(problems) {}
 
   void take(const StyleLine& line) {
-    const std::string_view text = without_comment(line.text);
-    if (text.empty()) return;
-    if (was_never_closed(m_brackets, text)) {
-      report_open();
-      finish();
-    } else if (!goes_on(m_statement, m_brackets, text)) {
-      finish();
+    for (std::string_view text = without_comment(line.text); !text.empty();) {
+      const std::size_t end = end_of_rule(text);
+      take_piece(line.place, trim(text.substr(0, end)));
+      text = trim(text.substr(end));
     }
-    if (m_statement.text.empty()) begin(line.place, text);
-    if (!m_statement.text.empty()) m_statement.text += ' ';
-    m_statement.text += text;
-    scan(text, [this](char c, std::size_t) { m_brackets.take(c); });
   }
 
   void end() {
@@ -121,6 +121,46 @@ class StatementReader {
   }
 
  private:
+  void take_piece(StylePlace place, std::string_view text) {
+    if (was_never_closed(m_brackets, text)) {
+      report_open();
+      finish();
+    } else if (!goes_on(m_statement, m_brackets, text)) {
+      finish();
+    }
+    if (m_statement.text.empty()) begin(place, text);
+    if (!m_statement.text.empty()) m_statement.text += ' ';
+    m_statement.text += text;
+    m_statement.last_line = place.line;
+    scan(text, [this](char c, std::size_t) {
+      m_brackets.take(c);
+      return true;
+    });
+  }
+
+  // Where a rule ends and another one begins on the same line.
+  [[nodiscard]] std::size_t end_of_rule(std::string_view text) const {
+    const bool is_new = m_statement.text.empty() || was_never_closed(m_brackets, text) ||
+                        !goes_on(m_statement, m_brackets, text);
+    if (is_new) {
+      if (text.starts_with("else ")) return 4;
+      if (text.starts_with("end ")) return 3;
+      const std::size_t then = is_word(text, "if") ? text.find("then ") : std::string_view::npos;
+      if (then != std::string_view::npos) return then + 4;
+    }
+    Brackets brackets = is_new ? Brackets{} : m_brackets;
+    std::size_t end = text.size();
+    scan(text, [&](char c, std::size_t at) {
+      const bool was_open = brackets.open != 0;
+      brackets.take(c);
+      if (!was_open || brackets.open != 0) return true;
+      const std::string_view rest = trim(text.substr(at + 1));
+      if (!rest.empty() && !contains("[{", rest.substr(0, 1))) end = at + 1;
+      return end == text.size();
+    });
+    return end;
+  }
+
   void begin(StylePlace place, std::string_view text) {
     m_statement.place = place;
     m_statement.form = form_of(text);
@@ -171,6 +211,7 @@ class StatementReader {
       }
       if (brackets.open != 0 && after.open == 0) close(at);
       brackets = after;
+      return true;
     });
     if (brackets.open != 0) close(text.size());
     statement.tests = trim(text.substr(0, tests_end));

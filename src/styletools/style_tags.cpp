@@ -77,6 +77,14 @@ std::optional<std::size_t> srch(const StyleText& style, std::string_view word, s
   return std::nullopt;
 }
 
+std::uint32_t last_line(const LoadedStyle& style, std::string_view file, std::uint32_t line) {
+  for (const StyleStatement& statement : style.rules.statements) {
+    if (statement.place.line == line && style.text.files[statement.place.file].path == file)
+      return std::max(statement.last_line, line);
+  }
+  return line;
+}
+
 std::optional<std::size_t> line_at(const StyleText& style, std::string_view file, std::uint32_t line) {
   for (const StyleFile& one : style.files) {
     if (one.path != file || one.line_count == 0) continue;

@@ -24,6 +24,8 @@ std::string tag_search_address(std::string_view key, std::string_view value);
 // Index of the next line of the text that holds a word, whatever its case, from a line on and then from the
 // beginning.
 std::optional<std::size_t> srch(const StyleText& style, std::string_view word, std::size_t from);
+// The last line of the rule that begins at a line of a file; the line itself where none does.
+std::uint32_t last_line(const LoadedStyle& style, std::string_view file, std::uint32_t line);
 // Index of the line of the text that a place stands in.
 std::optional<std::size_t> line_at(const StyleText& style, std::string_view file, std::uint32_t line);
 

@@ -23,10 +23,26 @@ void normalise(std::string& line) {
   replace_in(line, "  ", " ");
   replace_in(line, " =", "=");
   replace_in(line, "[ ", "[");
+  if (!trim(line).starts_with('#')) replace_in(line, "[0X", "[0x");
   std::erase(line, '\r');
   replace_in(line, " ]", "]");
   replace_in(line, " {", "{");
   replace_in(line, " }", "}");
+}
+
+// What is not UTF-8 is looked at as Latin-1, so that it can be shown and its rules be checked.
+std::string utf8_of_latin1(std::string_view bytes) {
+  std::string text;
+  for (const char c : bytes) {
+    const auto byte = static_cast<unsigned char>(c);
+    if (byte < 0x80) {
+      text += c;
+    } else {
+      text += static_cast<char>(0xC0 | (byte >> 6));
+      text += static_cast<char>(0x80 | (byte & 0x3F));
+    }
+  }
+  return text;
 }
 
 bool is_comment(std::string_view line) { return trim(line).starts_with('#'); }
@@ -77,10 +93,18 @@ class TextReader {
  public:
   TextReader(StyleText& style, const IncludeSource& source) : m_style(style), m_source(source) {}
 
+  void read_rule_file(const StyleFileBytes& file) {
+    if (m_known.contains(file.path)) return;
+    m_is_base = !file.name.empty();
+    read(m_is_base ? file.name : std::string(rule_file_name(m_style.kind)), file);
+  }
+
+ private:
   // A rule file or an included one, with everything that it includes.
   void read(const std::string& name, const StyleFileBytes& file) {
     const auto index = static_cast<std::uint32_t>(m_style.files.size());
-    m_style.files.push_back({name, file.path, file.folder, m_style.lines.size(), 0});
+    m_style.files.push_back(
+        {name, file.path, file.folder, m_style.lines.size(), 0, m_open.empty(), m_is_base});
     add_lines(index, file.bytes);
     m_style.files[index].line_count = m_style.lines.size() - m_style.files[index].first_line;
     m_known.emplace(file.path, index);
@@ -89,7 +113,6 @@ class TextReader {
     m_open.pop_back();
   }
 
- private:
   void report(StylePlace place, std::string text) { m_style.problems.push_back({place, std::move(text)}); }
 
   void add_lines(std::uint32_t file, std::string_view bytes) {
@@ -103,14 +126,26 @@ class TextReader {
       report({file, 0}, "This is no text: it holds bytes of value 0.");
     const bool old_line_ends = !contains(bytes, "\n") && contains(bytes, "\r");
     if (old_line_ends) report({file, 0}, "The lines end with CR alone; mkgmap and editors expect LF.");
+    const bool is_utf8 = is_valid_utf8(bytes);
+    std::vector<std::uint32_t> foreign;  // lines in another encoding
     const char end = old_line_ends ? '\r' : '\n';
     for (std::uint32_t number = 1; !bytes.empty(); ++number) {
       const std::size_t length = bytes.find(end);
       std::string line(bytes.substr(0, length));
       bytes.remove_prefix(length == std::string_view::npos ? bytes.size() : length + 1);
+      if (!is_utf8 && !is_valid_utf8(line)) {
+        foreign.push_back(number);
+        line = utf8_of_latin1(line);
+      }
       normalise(line);
       add_line({file, number}, std::move(line));
     }
+    if (!foreign.empty()) report({file, foreign.front()}, foreign_text(foreign.size() - 1));
+  }
+
+  static std::string foreign_text(std::size_t more) {
+    const std::string others = more == 0 ? "" : " (and " + std::to_string(more) + " more below)";
+    return "This line" + others + " is not in UTF-8: mkgmap refuses the file.";
   }
 
   void add_line(StylePlace place, std::string line) {
@@ -141,6 +176,7 @@ class TextReader {
   void follow(std::size_t index, const std::string& folder) {
     const StyleInclude include = m_style.includes[index];
     const std::optional<StyleFileBytes> file = m_source(include, folder);
+    if (file && !file->note.empty()) return m_style.problems.push_back({include.place, file->note, "", true});
     if (!file) return report(include.place, "The included file '" + include.name + "' is missing.");
     const auto known = m_known.find(file->path);
     if (known != m_known.end()) {
@@ -159,6 +195,7 @@ class TextReader {
   StyleText& m_style;
   const IncludeSource& m_source;
   std::vector<std::uint32_t> m_open;  // files whose include lines are being followed, outermost first
+  bool m_is_base = false;
   std::map<std::string, std::uint32_t> m_known;  // the files read, by their paths
 };
 
@@ -174,9 +211,16 @@ std::string StyleText::text() const {
 }
 
 StyleText read_style_text(RuleKind kind, const StyleFileBytes& rule_file, const IncludeSource& source) {
+  return read_style_text(kind, std::vector{rule_file}, source);
+}
+
+StyleText read_style_text(RuleKind kind, const std::vector<StyleFileBytes>& rule_files,
+                          const IncludeSource& source) {
   StyleText style;
   style.kind = kind;
-  TextReader(style, source).read(std::string(rule_file_name(kind)), rule_file);
+  TextReader reader(style, source);
+  for (const StyleFileBytes& file : rule_files)
+    reader.read_rule_file(file);
   return style;
 }
 

@@ -28,6 +28,8 @@ struct StyleFile {
   std::string path;                            // where it was found
   std::string folder;                          // of the style that it belongs to
   std::size_t first_line = 0, line_count = 0;  // its part of StyleText::lines
+  bool is_rule_file = false;                   // not included by another one
+  bool is_base = false;                        // belongs to a style that this one is based on
 };
 
 // An include line; `target` is the index of the file, nothing when there is none.
@@ -41,6 +43,8 @@ struct StyleInclude {
 struct StyleProblem {
   StylePlace place;
   std::string text;
+  std::string path = {};  // of the file, where it is none of StyleText::files
+  bool is_note = false;   // nothing is wrong; something was not looked at
 };
 
 struct StyleText {
@@ -61,12 +65,18 @@ struct StyleText {
 // A file as it was found: bytes as they are on the disk.
 struct StyleFileBytes {
   std::string path, folder, bytes;
+  std::string name = {};  // of a rule file, where it is another one than that of its kind
+  std::string note = {};  // why it was not read although it is there; nothing else is set then
 };
 // Finds what an include line names, seen from the folder of the style that the line stands in.
 using IncludeSource =
     std::function<std::optional<StyleFileBytes>(const StyleInclude& include, const std::string& folder)>;
 
 StyleText read_style_text(RuleKind kind, const StyleFileBytes& rule_file, const IncludeSource& source);
+// The same with the rule files of the styles that it is based on, in the order in which mkgmap reads them.
+// Without a rule file of its own the first one is that of a base too.
+StyleText read_style_text(RuleKind kind, const std::vector<StyleFileBytes>& rule_files,
+                          const IncludeSource& source);
 
 // The include names of a text, one per line; of a line that includes nothing "".
 std::string chk_include(std::string_view text);

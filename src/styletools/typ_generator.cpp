@@ -17,11 +17,6 @@ constexpr const char* no_files = "No files found.";
 constexpr const char* invalid_family_id = "Invalid FID. (1 - 65000)";
 constexpr const char* locate_editor = "Locate Tyvask in Settings to load file.";
 
-bool has_rule_file(const StyleLocation& style, RuleKind kind) {
-  const std::string path = platform::join(style.folder, std::string(rule_file_name(kind)));
-  return file_exists(path) && !folder_exists(path);
-}
-
 char kind_letter(RuleKind kind) {
   switch (kind) {
     case RuleKind::points:
@@ -45,8 +40,9 @@ void add_problems(const StyleText& text, const std::vector<StyleProblem>& proble
                   std::vector<std::string>& lines) {
   for (const StyleProblem& problem : problems) {
     const bool known = problem.place.file < text.files.size();
-    const std::string place =
-        known ? text.files[problem.place.file].name : std::string(rule_file_name(text.kind));
+    const std::string place = !problem.path.empty() ? problem.path
+                              : known               ? text.files[problem.place.file].name
+                                                    : std::string(rule_file_name(text.kind));
     lines.push_back(place + (problem.place.line > 0 ? ":" + std::to_string(problem.place.line) : "") + ": " +
                     problem.text);
   }
@@ -89,6 +85,7 @@ std::vector<std::string> missing_files(const std::string& kinds) {
 SheetSource read_sheet_source(const SheetRequest& request) {
   SheetSource source;
   source.kinds = kinds_present(request.style);
+  add_problems({}, style_problems(request.style), source.problems);
   for (const RuleKind kind : rule_kinds) {
     const StyleText text = chknodata(request.style, kind);
     const StyleRules rules = get_styletypes(text);

@@ -108,7 +108,13 @@ void add_point(TextLines& text, const SheetType& type, const IconFiles& icons) {
 }  // namespace
 
 std::string rule_label(std::string_view condition) {
-  const std::size_t equals = condition.rfind('=');
+  std::size_t equals = std::string_view::npos;  // the last one outside of quotes
+  char quote = 0;
+  for (std::size_t at = 0; at < condition.size(); ++at) {
+    const char c = condition[at];
+    if (quote == 0 && c == '=') equals = at;
+    if (quote != 0 ? c == quote : c == '\'' || c == '"') quote = quote != 0 ? '\0' : c;
+  }
   if (equals == std::string_view::npos) return "";
   std::string_view value = trim(condition.substr(equals + 1));
   // A quoted value may hold anything; a plain one ends where the condition goes on.

@@ -299,6 +299,8 @@ void createtyp::show_judgement(const TypCheck& judged, const QString& written) {
     parts << m_binder.said(judged.not_checked);
   else
     parts << m_binder.text(Section::labels, "typ_refused").arg(m_binder.said(check_text(judged)));
+  for (const std::string& warning : judged.warnings)
+    parts << m_binder.said(warning);
   if (!judged.accepted && !m_hint.isEmpty()) parts << m_hint;
   m_state->setText(parts.join(QLatin1Char('\n')));
   if (judged.accepted || !judged.not_checked.empty()) return;

@@ -209,8 +209,12 @@ void doctor::show_row(const QModelIndex& index) {
   const DoctorRow& row = m_table.row(m_filter.mapToSource(index).row());
   m_preview->show_type(row.kind, row.key);
   if (row.file.empty()) return;
-  if (m_shown != row.kind) show_kind(row.kind);
-  m_text->show_place(row.file, row.line);
+  if (m_shown != row.kind) {
+    m_kinds->button(static_cast<int>(row.kind))->setChecked(true);
+    show_kind(row.kind);
+  }
+  const std::optional<LoadedStyle>& style = m_styles.at(static_cast<std::size_t>(row.kind));
+  m_text->show_place(row.file, row.line, style ? last_line(*style, row.file, row.line) : row.line);
 }
 
 void doctor::show_type(int index) {
@@ -219,7 +223,8 @@ void doctor::show_type(int index) {
   if (!style || index < 0 || static_cast<std::size_t>(index) >= style->rules.types.size()) return;
   const auto at = static_cast<std::size_t>(index);
   const StylePlace place = style->rules.statement_of(style->rules.rules[style->rules.first_rules[at]]).place;
-  m_text->show_place(style->text.files[place.file].path, place.line);
+  const std::string& file = style->text.files[place.file].path;
+  m_text->show_place(file, place.line, last_line(*style, file, place.line));
   m_preview->show_type(*m_shown, style->rules.types[at]);
 }
 
@@ -228,8 +233,8 @@ void doctor::show_condition(int row) {
   const std::optional<LoadedStyle>& style = m_styles.at(static_cast<std::size_t>(*m_shown));
   if (!style || row < 0 || static_cast<std::size_t>(row) >= style->rules.rules.size()) return;
   const StyleRule& rule = style->rules.rules[static_cast<std::size_t>(row)];
-  const StylePlace place = style->rules.statement_of(rule).place;
-  m_text->show_place(style->text.files[place.file].path, place.line);
+  const StyleStatement& statement = style->rules.statement_of(rule);
+  m_text->show_place(style->text.files[statement.place.file].path, statement.place.line, statement.last_line);
   m_preview->show_type(*m_shown, rule.key);
 }
 

@@ -5,6 +5,7 @@
 #include <QPushButton>
 #include <QTextBlock>
 #include <QVBoxLayout>
+#include <algorithm>
 
 #include "styletools/style_tags.hpp"
 #include "ui/qt_text.hpp"
@@ -73,15 +74,20 @@ void StyleView::show_style(const StyleText& style) {
   m_line->setText(style.files.empty() ? QString() : to_qt(style.files.front().path));
 }
 
-void StyleView::show_place(const std::string& file, std::uint32_t line) {
-  if (const std::optional<std::size_t> found = line_at(m_style, file, line)) highlight(*found);
+void StyleView::show_place(const std::string& file, std::uint32_t line, std::uint32_t last_line) {
+  const std::optional<std::size_t> first = line_at(m_style, file, line);
+  const std::optional<std::size_t> last = line_at(m_style, file, std::max(line, last_line));
+  if (first && last) highlight(*first, *last);
 }
 
-void StyleView::highlight(std::size_t line) {
+void StyleView::highlight(std::size_t line, std::size_t last) {
   const QTextBlock block = m_text->document()->findBlockByNumber(static_cast<int>(line));
   if (!block.isValid()) return;
   QTextEdit::ExtraSelection mark;
   mark.cursor = QTextCursor(block);
+  const QTextBlock end = m_text->document()->findBlockByNumber(static_cast<int>(last));
+  if (last > line && end.isValid())  // full width is drawn for each line of a selection
+    mark.cursor.setPosition(end.position() + end.length() - 1, QTextCursor::KeepAnchor);
   QColor colour = palette().color(QPalette::Highlight);
   colour.setAlpha(highlight_opacity);
   mark.format.setBackground(colour);
@@ -104,7 +110,7 @@ void StyleView::search() {
   if (found) {
     m_found_word = word;
     m_found_line = *found;
-    return highlight(*found);
+    return highlight(*found, *found);
   }
   m_line->setText(m_binder.text(Section::labels, "doctor_not_found").arg(m_search->text()));
 }

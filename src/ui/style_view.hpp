@@ -1,4 +1,4 @@
-// The text of a rule file with its includes, to read: one line of it highlighted, a word to search.
+// The text of a rule file with its includes, to read: a rule of it highlighted, a word to search.
 #pragma once
 
 #include <QLabel>
@@ -21,11 +21,12 @@ class StyleView : public QWidget {
 
   void show_style(const StyleText& style);
   // The rule at a place; nothing is changed when the text does not hold it.
-  void show_place(const std::string& file, std::uint32_t line);
+  // All lines of a rule from one line of the file to another.
+  void show_place(const std::string& file, std::uint32_t line, std::uint32_t last_line);
 
  private:
   void search();
-  void highlight(std::size_t line);
+  void highlight(std::size_t line, std::size_t last);
 
   TextBinder& m_binder;
   Prompts& m_prompts;

@@ -2,10 +2,10 @@
 
 #include <tuple>
 
+#include "base/inflate.hpp"
+#include "base/zip_archive.hpp"
 #include "contours/cell_file.hpp"
-#include "contours/inflate.hpp"
-#include "contours/zip_archive.hpp"
-#include "zip_bytes.hpp"
+#include "support/zip_bytes.hpp"
 
 using namespace ferrowen;
 

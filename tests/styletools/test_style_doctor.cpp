@@ -188,10 +188,11 @@ TEST_CASE("tags that nothing sets; those of the map data and of mkgmap are not c
   const DoctorReport report = parse_own(style_of(
       "a=b {set tmp:one='x'; add two = 'y'} [0x01]\n"
       "ref=* {name '${tmp:one} ${two}' | '${tmp:tow|def:}' | '$three'} [0x02 default_name '${mkgmap:mine}']\n"
-      "c=d {name '${ref}${name}${mkgmap:country}${tmp:tow}'}\n"));
-  CHECK(issues_of(report) ==
-        Texts{"2 'tmp:tow' not found.", "2 'three' not found.", "2 'mkgmap:mine' not found."});
-  CHECK(report.rows.size() == 6);
+      "c=d & e=$four & f != ${tmp:one} {name "
+      "'${ref}${name}${mkgmap:country}${tmp:tow}${destination:ref}'}\n"));
+  CHECK(issues_of(report) == Texts{"2 'tmp:tow' not found.", "2 'three' not found.",
+                                   "2 'mkgmap:mine' not found.", "3 'four' not found."});
+  CHECK(report.rows.size() == 8);
   CHECK(rows_of(parse_own(style_of("a=b {set c=d; name '${c}'}"))) == Texts{"  |Lines|No issues found.|"});
 }
 
@@ -264,6 +265,7 @@ TEST_CASE("Style Check: a rule is lost only when it is certain") {
       {"c=d [0x01]\nif (a=b) then\nc=d [0x02]\nend", true},
       {"if (a=b) then\n() {set a=c}\nx=y [0x01]\nend\na=b & x=y [0x02]", false},
       {"<finalize>\na=b [0x01]\na=b [0x02]", false},
+      {"a=b [0x01 default_name 'to continue on']\na=b [0x02]", true},
       // Not understood: left alone.
       {"a=b & [0x01]\na=b [0x02]", false},
       {"a=$b [0x01]\na=$b [0x02]", false},
@@ -273,9 +275,54 @@ TEST_CASE("Style Check: a rule is lost only when it is certain") {
     CAPTURE(shown);
     std::size_t found = 0;
     for (const DoctorRow& row : parse(style_of(text)).rows)
-      if (row.weight == Weight::error || row.finding.starts_with("Tag deleted")) ++found;
+      if (row.finding == "Not rendered" || row.finding.starts_with("Tag deleted")) ++found;
     CHECK(found == (lost ? 1 : 0));
   }
+}
+
+TEST_CASE("Style Check: deleted tags, for whom they are lost") {
+  const std::tuple<const char*, std::size_t, const char*> cases[] = {
+      {"highway=footway {delete ref}\nhighway=* & ref=* [0x01]", 1,
+       "(of objects that the earlier rule has matched)"},
+      {"highway=footway {delete ref}\nhighway=path & ref=* [0x01]", 0, ""},
+      {"highway=footway {delete ref}\nhighway=footway {set ref=x}\nhighway=* & ref=* [0x01]", 0, ""},
+      {"ref~'x' {delete ref}\nhighway=* & ref=* [0x01]", 0, ""},
+      {"a=1 {delete a}\nif (a=1 | b=2) then\nb=2 [0x01]\nend", 0, ""},
+      {"a=1 {delete a}\na=1 | b=2 [0x01]", 1, "(never for a=1)"},
+  };
+  for (const auto& [text, count, detail] : cases) {
+    CAPTURE(text);
+    const DoctorReport report = parse(style_of(text));
+    CHECK(report.issues == count);
+    if (count > 0) CHECK(contains(report.rows[2].detail, detail));
+  }
+}
+
+TEST_CASE(
+    "Style Check: a block with a long condition costs no more than a short one and hides nothing inside") {
+  std::string text = "if (a=0";
+  for (int number = 1; number < 120; ++number)
+    text += " | a=" + std::to_string(number);
+  text += ") then\n";
+  for (int number = 0; number < 300; ++number)
+    text += "b=" + std::to_string(number) + " [0x01]\n";
+  text += "b=7 & c=1 [0x02]\nelse\nb=7 & c=1 [0x03]\nend\nb=7 [0x04]\n";
+  const DoctorReport report = parse(style_of(text));
+  CHECK(issues_of(report) == Texts{"302 Not rendered", "9 Add 'continue':"});
+}
+
+TEST_CASE("what is wrong with the rules for relations is told once, whatever the kind") {
+  const test::TempFolder folder;
+  folder.write("points", "a=b [0x01]\n");
+  folder.write("lines", "a=b [0x01]\n");
+  folder.write("relations", "include 'gone';\ntype=x {sett a=b}\n");
+  DoctorReport report;
+  for (const RuleKind kind : {RuleKind::lines, RuleKind::points})
+    report.append(parse(load_style(style_in_folder(folder.path()), kind)));
+  CHECK(issues_of(report) == Texts{"1 Check", "2 Check"});
+  CHECK(report.rows[2].file == folder / "relations");
+  CHECK(report.rows[2].detail == "The included file 'gone' is missing.");
+  CHECK(report.rows[3].detail == "'sett' is no action.");
 }
 
 TEST_CASE("Style Check: many rules with the same first test hide none that is lost") {

@@ -1,12 +1,18 @@
 #include <doctest/doctest.h>
 
+#ifndef _WIN32
+#include <sys/stat.h>
+#endif
+
 #include <filesystem>
 
+#include "base/inflate.hpp"
 #include "base/text.hpp"
 #include "styletools/style_reader.hpp"
 #include "styletools/style_rules.hpp"
 #include "support/fake_prompts.hpp"
 #include "support/temp_folder.hpp"
+#include "support/zip_bytes.hpp"
 
 using namespace ferrowen;
 
@@ -33,6 +39,70 @@ TEST_CASE(
     CHECK(chknodata(style, RuleKind::points).is_empty());
   }
 }
+
+TEST_CASE("rules of base styles stand behind the style's own, the base named last first") {
+  const test::TempFolder folder;
+  folder.write("mine/info", "summary: x\nbase-style: one\nbase-style=two\n");
+  folder.write("mine/lines", "a=a [0x01]\n<finalize>\na=a {name 'x'}\n");
+  folder.write("one/lines", "b=b [0x02]\n");
+  folder.write("one/points", "p=p [0x2f00]\n");
+  folder.write("two/info", "base-style: mine\nbase-style: gone\n");
+  folder.write("two/lines", "include 'inc';\na=a [0x03]\n");
+  folder.write("two/inc", "c=c [0x04]\n");
+  const StyleLocation style = style_in_folder(folder / "mine");
+  const StyleText text = chknodata(style, RuleKind::lines);
+  CHECK(include_label(text) == "Include: a) two/lines b) inc c) one/lines");
+  const StyleRules rules = get_styletypes(text);
+  std::vector<std::string> order;
+  for (const std::size_t index : rules.in_place) {
+    const StyleStatement& rule = rules.statements[index];
+    if (!rule.types.empty())
+      order.push_back(rule.types[0] + (rule.is_of_base ? " base" : "") + (rule.in_finalize ? "!" : ""));
+  }
+  CHECK(order == std::vector<std::string>{"0x01", "0x04 base", "0x03 base", "0x02 base"});
+  CHECK(get_styletypes(chknodata(style, RuleKind::points)).types == std::vector<std::string>{"02F00"});
+  CHECK(has_rule_file(style, RuleKind::points));
+  CHECK_FALSE(has_rule_file(style, RuleKind::polygons));
+  std::vector<std::string> problems;
+  for (const StyleProblem& problem : style_problems(style))
+    problems.push_back(problem.path + ":" + std::to_string(problem.place.line) + " " + problem.text);
+  CHECK(problems == std::vector<std::string>{folder / "two" + "/info:2 The base style 'gone' is missing.",
+                                             folder / "two" + "/info:1 The style is based on itself."});
+}
+
+TEST_CASE("mkgmap's own styles come from its archive; where that is not known, a note says so") {
+  const test::TempFolder folder;
+  folder.write("mine/info", "base-style: noname\n");
+  folder.write("mine/lines", "include 'inc/x' from default;\n");
+  folder.write("mine/points", "include 'points' from nosuch;\n");
+  const auto stored = [](const std::string& name, const std::string& text) {
+    return test::ZipFile{name, text, 0, static_cast<std::uint32_t>(text.size()), crc32(text), 0};
+  };
+  StyleLocation style = style_in_folder(folder / "mine");
+  const StyleText without = chknodata(style, RuleKind::lines);
+  REQUIRE(without.problems.size() == 1);
+  CHECK(without.problems[0].is_note);
+  CHECK(chknodata(style, RuleKind::points).problems.at(0).text == "The included file 'points' is missing.");
+  style.mkgmap_jar = folder.write(
+      "mkgmap.jar",
+      test::zip_bytes({stored("styles/default/inc/x", "include 'y';\na=a [0x01]\n"),
+                       stored("styles/default/y", "b=b [0x02]\n"),
+                       stored("styles/noname/lines", "include 'y' from default;\nc=c [0x03]\n")}));
+  const StyleText text = chknodata(style, RuleKind::lines);
+  CHECK(text.problems.empty());
+  CHECK(get_styletypes(text).types == std::vector<std::string>{"00100", "00200", "00300"});
+  CHECK(style_problems(style).empty());
+}
+
+#ifndef _WIN32
+TEST_CASE("a pipe in place of a rule file is told, not waited for") {
+  const test::TempFolder folder;
+  REQUIRE(mkfifo((folder / "lines").c_str(), 0600) == 0);
+  const StyleText text = chknodata(style_in_folder(folder.path()), RuleKind::lines);
+  REQUIRE(text.unread.size() == 1);
+  CHECK(contains(text.unread[0], "is no regular file"));
+}
+#endif
 
 TEST_CASE("a missing style and an empty rule file are told apart") {
   const test::TempFolder folder;

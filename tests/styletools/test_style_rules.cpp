@@ -113,7 +113,8 @@ TEST_CASE("brackets that are never closed are reported and swallow no rule") {
   const StyleRules rules =
       rules_of("a=b [0x02 resolution 20\nc=d [0x03]\ne=f {set g=h\ni=j [0x04]\n(k=l [0x05]");
   CHECK(rules.types == std::vector<std::string>{"00200", "00300", "00400", "00500"});
-  REQUIRE(rules.problems.size() == 2);
+  REQUIRE(rules.problems.size() == 3);
+  CHECK(rules.problems[2].text == "'(' is never closed.");
   CHECK(rules.problems[0].place.line == 1);
   CHECK(rules.problems[1].text == "'{' is opened here and never closed.");
 }
@@ -170,7 +171,7 @@ TEST_CASE("bytes that are no style are read without harm") {
   const StyleText old = style_of("a=b [0x01]\r#c\rd=e [0x02]");
   CHECK(old.lines.size() == 3);
   CHECK(problems_of(old).size() == 1);
-  CHECK(problems_of(style_of(std::string("a\0b\n\xFF\xFE[0x", 9))).size() == 1);
+  CHECK(problems_of(style_of(std::string("a\0b\n\xFF\xFE[0x", 9))).size() == 2);
   CHECK(problems_of(style_of(std::string("\xFF\xFE"
                                          "a\0=\0b\0",
                                          8))) ==
@@ -197,4 +198,66 @@ TEST_CASE("if blocks and the finalize section are told apart from rules") {
   CHECK(rules.statements[5].form == finalize);
   CHECK(rules.statements[6].in_finalize);
   CHECK_FALSE(rules.statements[3].in_finalize);
+}
+
+TEST_CASE("what mkgmap refuses in a rule is a problem with its line, and nothing else is") {
+  const std::pair<const char*, const char*> refused[] = {
+      {"highway=a & (b=c [0x01]", "'(' is never closed."},
+      {"highway=a) [0x01]", "')' closes nothing."},
+      {"highway=a & & b=c [0x01]", "A test is expected before: & b=c"},
+      {"highway [0x01]", "'highway' is not compared with anything."},
+      {"a=b & is_closed() [0x01]", "'is_closed' is not compared with anything."},
+      {"a=b & c=d e [0x01]", "There is something behind the test: e"},
+      {"a=b & !c=d [0x01]", "'!' stands before a test without brackets."},
+      {"[0x01]", "The condition of this rule is missing."},
+      {"end", "'end' ends no 'if'."},
+      {"a=b", "This rule has neither actions nor a type."},
+      {"a=b [0x01 resoluton 20]", "'resoluton' is unknown in a type."},
+      {"a=b [0x01 resolution]", "The number behind 'resolution' is missing."},
+      {"a=b [0x resolution 20]", "A type must begin with its number, not with '0x'."},
+      {"a=b {name 'x;y'; sett a=c}", "'sett' is no action."},
+      {"<finalize>\na=b [0x01]", "A rule behind <finalize> must not have a type."},
+  };
+  for (const auto& [text, expected] : refused) {
+    CAPTURE(text);
+    const StyleRules rules = rules_of(text);
+    REQUIRE(rules.problems.size() == 1);
+    CHECK(rules.problems.front().text == expected);
+  }
+  for (const char* text :
+       {"a!=1 [0x01]", "a!=1 | b=2 [0x01]", "!(a=1 & b=2) [0x01]", "length()>5 [0x01]", "!(a<5) {set b=c}",
+        "if (a=b) then\nx=y {set f=g}\nelse\nc!=d [0x01]\nend", "if (a!=b) then\nx=y {set f=g}\nend"}) {
+    CAPTURE(text);
+    const StyleRules rules = rules_of(text);
+    REQUIRE(rules.problems.size() == 1);
+    CHECK(contains(rules.problems.front().text, "names a tag that must be there"));
+  }
+  for (const char* text :
+       {"a=b & (c!=d | e!=f) & !g & !(h) & length ( ) > 5 & 'x y'=$z [0X01 default_name 'a b' resolution "
+        "24-20]",
+        "!(!(a=b)) {apply role=outer {set x=y; add z='}'}; delete a; echotags 'x'} [1 level 2 continue]",
+        "if (a=b) then c!=d [0x01 road_class = 1 road_speed 2] else end",
+        "operator=${brand} { delete operator; }", "<finalize>\na=b {name '${a}' | '${b}'}",
+        "a=b & maxspeedkmh()>50 & nosuch()=1 | c~'.*' [0x01 copy]"}) {
+    CAPTURE(text);
+    CHECK(rules_of(text).problems.empty());
+  }
+}
+
+TEST_CASE("rules that share a line are rules of their own") {
+  const StyleRules rules =
+      rules_of("a=b [0x01] c=d {set x=y} e=f [0x02]\nif (a=b) then g=h [0x03] end i=j [0x04]");
+  std::vector<std::string> tests;
+  for (const StyleStatement& statement : rules.statements)
+    tests.push_back(statement.tests);
+  CHECK(tests == std::vector<std::string>{"a=b", "c=d", "e=f", "(a=b)", "g=h", "", "i=j"});
+  CHECK(rules.types == std::vector<std::string>{"00100", "00200", "00300", "00400"});
+}
+
+TEST_CASE("bytes that are not UTF-8 are told with their first line, and the rest is read on") {
+  const StyleText style = style_of("a=b [0x01]\n# h\xE4user\nname=\xFC [0x02]\n");
+  CHECK(
+      problems_of(style) ==
+      std::vector<std::string>{"0:2 This line (and 1 more below) is not in UTF-8: mkgmap refuses the file."});
+  CHECK(style.text() == "a=b [0x01]\r\n# h\u00e4user\r\nname=\u00fc [0x02]\r\n");
 }

@@ -91,8 +91,8 @@ TEST_CASE("TYP sheet: types of a style, each once with the label of its first ru
   const std::vector<SheetType> types = types_of(
       "highway=primary [0x03 resolution 20]\nhighway=motorway_link | highway=motorway [0x03 level 2]\n"
       "highway=motorway & oneway!=yes {set a='b=c'} [0x10f04]\n# highway=x [0x05]\nname=* [0x06]\n"
-      "natural='old wood' [0x07]\n");
-  REQUIRE(types.size() == 4);
+      "natural='old wood' [0x07]\nnatural='a = b' [0x08]\n");
+  REQUIRE(types.size() == 5);
   CHECK(types[0].label == "primary");
   CHECK_FALSE(types[0].is_motorway);
   CHECK(types[1].key == "10F04");
@@ -100,6 +100,7 @@ TEST_CASE("TYP sheet: types of a style, each once with the label of its first ru
   CHECK(types[1].is_motorway);
   CHECK(types[2].label == "");
   CHECK(types[3].label == "old wood");
+  CHECK(types[4].label == "a= b");
 }
 
 TEST_CASE("TYP sheet: the preview shows what the text says") {

@@ -1,5 +1,5 @@
-// Zip archives as height cells come in them: files that are stored or packed with "deflate", below 4 GB. The
-// format is PKWARE's APPNOTE.TXT, sections 4.3 to 4.5.
+// Zip archives as height cells come in them and as mkgmap.jar is one: files that are stored or packed with
+// "deflate", below 4 GB. The format is PKWARE's APPNOTE.TXT, sections 4.3 to 4.5.
 #pragma once
 
 #include <cstdint>

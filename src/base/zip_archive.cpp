@@ -1,8 +1,8 @@
-#include "contours/zip_archive.hpp"
+#include "base/zip_archive.hpp"
 
 #include <optional>
 
-#include "contours/inflate.hpp"
+#include "base/inflate.hpp"
 
 namespace ferrowen {
 

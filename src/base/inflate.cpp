@@ -1,4 +1,4 @@
-#include "contours/inflate.hpp"
+#include "base/inflate.hpp"
 
 #include <algorithm>
 #include <array>
