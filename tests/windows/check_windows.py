@@ -104,7 +104,7 @@ class Check:
         tools = {"java": "java.exe", "splitter": "splitter.jar", "mkgmap": "mkgmap.jar"}
         settings = [f"{name}={windows.name_of(self.tools / file)}" for name, file in tools.items()]
         status, output = windows.run(folder / "ferrowen.exe", "settings", "set", *settings,
-                                     r"output-folder=C:\out", "device-image=0")
+                                     r"output-folder=C:\out", "gmapsupp=0")
         equal(status, 0, f"settings set: {output}")
 
     def start_program(self, windows, folder, name):
