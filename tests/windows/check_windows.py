@@ -20,7 +20,7 @@ from wine_desk import Screen, Windows, copy_prefix, files_below, fresh_folder, w
 SOURCE = pathlib.Path(__file__).resolve().parents[2]
 UNINSTALL = r"Software\Microsoft\Windows\CurrentVersion\Uninstall\Ferrowen"
 CLASSES = r"Software\Classes"
-MAP = "Færøer & Co"
+MAP = "Färöer & Co"
 RUNNING, OLDER, NOT_WRITABLE, NO_ROOM, ELSEWHERE, ROLLED_BACK = 3, 4, 5, 6, 8, 9
 
 
@@ -104,7 +104,7 @@ class Check:
         tools = {"java": "java.exe", "splitter": "splitter.jar", "mkgmap": "mkgmap.jar"}
         settings = [f"{name}={windows.name_of(self.tools / file)}" for name, file in tools.items()]
         status, output = windows.run(folder / "ferrowen.exe", "settings", "set", *settings,
-                                     r"output-folder=C:\out", "device-image=0")
+                                     r"output-folder=C:\out", "gmapsupp=0")
         equal(status, 0, f"settings set: {output}")
 
     def start_program(self, windows, folder, name):
@@ -135,7 +135,7 @@ class Check:
         shutil.copy(self.build / "bin/ui-windows.exe", beside[0])
         shutil.copy(f"{qt}/bin/Qt6Test.dll", beside[1])
         pictures = fresh_folder(self.pictures / name)
-        more = {"environment": {"FERROWEN_PICTURES": windows.name_of(pictures)}}
+        more = {"environment": {"FERROWEN_PICTURES": windows.name_of(pictures), "QT_FORCE_STDERR_LOGGING": "1"}}
         status, output = windows.run(beside[0], "sample_becomes_a_registered_map", **more)
         equal(status, 0, f"making the map:\n{output}")
         family = rf"HKLM\SOFTWARE\Wow6432Node\Garmin\MapSource\Families\{MAP}"

@@ -23,7 +23,7 @@ using ui::to_qt;
 namespace {
 
 constexpr const char* families_key = "SOFTWARE\\Wow6432Node\\Garmin\\MapSource\\Families\\";
-const char* const map_name = "Færøer & Co";
+const char* const map_name = "Färöer & Co";
 
 bool is_registered() {
   return platform::read_registry_key(platform::RegistryRoot::local_machine,

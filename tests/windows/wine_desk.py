@@ -77,10 +77,10 @@ class Windows:
 
     def start(self, *arguments, output=subprocess.DEVNULL, environment=None):
         return subprocess.Popen(["wine", *map(str, arguments)], env=self.environment | (environment or {}),
-                                stdin=subprocess.DEVNULL, stdout=output, stderr=subprocess.DEVNULL)
+                                stdin=subprocess.DEVNULL, stdout=output, stderr=output)
 
     def run(self, *arguments, seconds=300, environment=None):
-        """Exit status and standard output of a Windows program."""
+        """Exit status of a Windows program, and what it wrote."""
         # Not through a pipe: what Wine starts beside the program would hold it open.
         with tempfile.TemporaryFile() as output:
             process = self.start(*arguments, output=output, environment=environment)
