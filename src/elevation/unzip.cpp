@@ -6,7 +6,7 @@
 
 #include "base/files.hpp"
 #include "base/text.hpp"
-#include "contours/inflate.hpp"
+#include "base/inflate.hpp"
 #include "elevation/height_cells.hpp"
 #include "elevation/tool_script.hpp"
 #include "elevation/zip_directory.hpp"

@@ -7,8 +7,8 @@
 
 #include "base/files.hpp"
 #include "base/text.hpp"
-#include "contours/inflate.hpp"
-#include "contours/zip_bytes.hpp"
+#include "base/inflate.hpp"
+#include "support/zip_bytes.hpp"
 #include "elevation/archive.hpp"
 #include "elevation/unzip.hpp"
 #include "support/stand_in.hpp"
