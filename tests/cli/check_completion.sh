@@ -25,12 +25,12 @@ offers "show get set backup restore reset" settings ""
 offers "settings" --home "build" se
 offers "files" build ""
 offers "--gmapsupp" build map.pbf --gm
-offers "--help --home" build --ho --h
+offers "--help --hgt --home" build --h
 offers "files-d" build --output ""
 offers "yes clip no" build --contours ""
 offers "" build --name ""
 offers "files" typ show ""
-offers "--fid --format" typ new s --f
+offers "--fid" typ new s --f
 offers "polygons points" doctor --kind p
 offers "--home" -- --hom
 exit $failed

@@ -33,7 +33,8 @@ TEST_CASE("language list, template and check") {
   REQUIRE(run({"settings", "set", "language=de.m5l"}).status == 0);
   const CliResult listed = run({"language", "list"});
   CHECK(contains(listed.output, "*  Deutsch   de.m5l\n"));
-  CHECK(run({"language", "list", "--json"}).json().at("languages").size() == 2);
+  // English, this one, and those that are shipped where they lie beside the program.
+  CHECK(run({"language", "list", "--json"}).json().at("languages").size() >= 2);
   CHECK(run({"language", "template", file}).told(3, "Ersetzen?"));
 }
 

@@ -7,13 +7,13 @@
 #include <tuple>
 
 #include "base/files.hpp"
-#include "base/text.hpp"
 #include "base/inflate.hpp"
-#include "support/zip_bytes.hpp"
+#include "base/text.hpp"
 #include "elevation/archive.hpp"
 #include "elevation/download_help.hpp"
 #include "platform/files.hpp"
 #include "support/stand_in.hpp"
+#include "support/zip_bytes.hpp"
 #include "tiles/map_bytes.hpp"
 
 using namespace ferrowen;

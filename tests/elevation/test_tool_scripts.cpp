@@ -5,14 +5,15 @@
 #include <filesystem>
 
 #include "base/files.hpp"
+#include "base/inflate.hpp"
 #include "base/text.hpp"
-#include "elevation/archive.hpp"
 #include "elevation/contour_clip.hpp"
 #include "elevation/contour_run.hpp"
 #include "elevation/merge.hpp"
 #include "elevation/unzip.hpp"
 #include "platform/files.hpp"
 #include "support/stand_in.hpp"
+#include "support/zip_bytes.hpp"
 
 using namespace ferrowen;
 using Texts = std::vector<std::string>;
@@ -74,18 +75,24 @@ TEST_CASE("contours.cmd and clip.cmd: from heights to clipped contours") {
   shop.workspace.tiles = {{"13224385", "", {46.1, 9.1}, {46.2, 9.2}, true}};
   const ClipReport clipped = clip(shop.workspace, shop.prompts, shop.progress);
   CHECK(clipped.result == StageResult::done);
-  CHECK(read_whole_file(shop.home / "c l/N46E009clp.pbf") == read_whole_file(shop.home / "h g/N46E009.osm"));
+  CHECK(read_whole_file(shop.home / "c l/N46E009clp.pbf")
+            .ends_with(read_whole_file(shop.home / "h g/N46E009.osm")));
   CHECK(shop.prompts.asks().size() == 1);
 }
 
 TEST_CASE("zip.cmd: every archive of a folder") {
   Workshop shop;
-  shop.home.write("z & p/one.zip", test::archive_of({{"N46E009.hgt"}}));
-  shop.home.write("z & p/two (2).zip", test::archive_of({{"sub/N46E010.hgt"}}));
+  const std::string heights(2 * samples * samples, '\0');
+  const auto archive = [&](const std::string& name) {
+    const auto size = static_cast<std::uint32_t>(heights.size());
+    return test::zip_bytes({{name, heights, 0, size, crc32(heights), 0}});
+  };
+  shop.home.write("z & p/one.zip", archive("N46E009.hgt"));
+  shop.home.write("z & p/two (2).zip", archive("sub/N46E010.hgt"));
   const UnzipReport report = unzip(shop.workspace, shop.prompts, shop.progress, shop.home / "z & p");
   CHECK(report.result == StageResult::done);
   CHECK(report.files == Texts{"N46E009.hgt", "N46E010.hgt"});
-  CHECK(file_size(shop.home / "z & p/N46E010.hgt") == 2884802);
+  CHECK(file_size(shop.home / "z & p/N46E010.hgt") == heights.size());
 }
 
 TEST_CASE("conv.cmd: what cannot be read is left out and told by its own name") {
@@ -99,6 +106,6 @@ TEST_CASE("conv.cmd: what cannot be read is left out and told by its own name") 
   CHECK(report.result == StageResult::done);
   CHECK(report.left_out == Texts{broken});
   CHECK(shop.prompts.tells() == Texts{broken + " not included", target + " created."});
-  CHECK(read_whole_file(target) == "one,two");
+  CHECK(read_whole_file(target).ends_with("one,two"));
   CHECK_FALSE(file_exists(shop.home / "temp/merge"));
 }

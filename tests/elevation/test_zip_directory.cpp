@@ -6,12 +6,12 @@
 #include <tuple>
 
 #include "base/files.hpp"
-#include "base/text.hpp"
 #include "base/inflate.hpp"
-#include "support/zip_bytes.hpp"
+#include "base/text.hpp"
 #include "elevation/archive.hpp"
 #include "elevation/unzip.hpp"
 #include "support/stand_in.hpp"
+#include "support/zip_bytes.hpp"
 
 using namespace ferrowen;
 using test::archive_of;

@@ -1,6 +1,7 @@
 // A stand-in for osmconvert and 7-Zip. As osmconvert it writes its inputs, one behind the other, to the file
-// behind "-o="; an input that begins with "broken" leaves a part of itself there and fails. As 7-Zip ("e
-// ...") it unpacks every archive of the working folder, each entry as zeros of its size.
+// behind "-o=", framed as that format asks for; an input that begins with "broken" leaves a part of itself
+// there and fails. As 7-Zip ("e ...") it unpacks every archive of the working folder, each entry as zeros of
+// its size.
 #include <algorithm>
 #include <cstdint>
 #include <filesystem>
@@ -53,6 +54,18 @@ int unpack_all() {
   return std::all_of(archives.begin(), archives.end(), unpack) && !archives.empty() ? 0 : 2;
 }
 
+std::string pbf_block(const std::string& type, const std::string& bytes) {
+  std::string head = "\x0a" + std::string(1, static_cast<char>(type.size())) + type + "\x18";
+  for (std::size_t size = bytes.size(); size > 0; size >>= 7U)
+    head += static_cast<char>((size & 0x7FU) | (size > 0x7FU ? 0x80U : 0U));
+  return std::string(3, '\0') + static_cast<char>(head.size()) + head + bytes;
+}
+
+std::string framed(const fs::path& target, const std::string& bytes) {
+  if (target.extension() == ".o5m") return bytes + '\xfe';
+  return target.extension() == ".pbf" ? pbf_block("OSMHeader", "h") + pbf_block("OSMData", bytes) : bytes;
+}
+
 int convert(const std::vector<std::string>& words) {
   std::string inputs, target;
   bool good = true;
@@ -62,13 +75,14 @@ int convert(const std::vector<std::string>& words) {
     if (word.starts_with("-")) continue;
     if (!fs::exists(path_of(word))) return 2;
     std::string input = read_text(path_of(word));
+    if (input.ends_with('\xfe')) input.pop_back();
     if (input.starts_with("broken")) {
       input.resize(input.size() / 2);
       good = false;
     }
     inputs += input;
   }
-  return write_text(path_of(target), inputs) && good ? 0 : 2;
+  return write_text(path_of(target), framed(path_of(target), inputs)) && good ? 0 : 2;
 }
 
 }  // namespace
