@@ -291,7 +291,8 @@ TEST_CASE("Style Check: deleted tags, for whom they are lost") {
       {"a=1 {delete a}\na=1 | b=2 [0x01]", 1, "(never for a=1)"},
   };
   for (const auto& [text, count, detail] : cases) {
-    CAPTURE(text);
+    const std::string shown = text;
+    CAPTURE(shown);
     const DoctorReport report = parse(style_of(text));
     CHECK(report.issues == count);
     if (count > 0) CHECK(contains(report.rows[2].detail, detail));

@@ -219,7 +219,8 @@ TEST_CASE("what mkgmap refuses in a rule is a problem with its line, and nothing
       {"<finalize>\na=b [0x01]", "A rule behind <finalize> must not have a type."},
   };
   for (const auto& [text, expected] : refused) {
-    CAPTURE(text);
+    const std::string shown = text;
+    CAPTURE(shown);
     const StyleRules rules = rules_of(text);
     REQUIRE(rules.problems.size() == 1);
     CHECK(rules.problems.front().text == expected);
