@@ -5,8 +5,8 @@
 #include <optional>
 
 #include "base/files.hpp"
-#include "base/text.hpp"
 #include "base/inflate.hpp"
+#include "base/text.hpp"
 #include "elevation/height_cells.hpp"
 #include "elevation/tool_script.hpp"
 #include "elevation/zip_directory.hpp"
