@@ -426,7 +426,7 @@ class Elevation(RealTools):
         broken = self.root / "broken.pbf"
         broken.write_bytes(SAMPLE.read_bytes()[:3000])
         target = self.root / "all & more.pbf"
-        run = self.ferrowen("merge", "-o", target, parts[0], broken, parts[1])
+        run = self.ferrowen("merge", "-o", target, parts[0], broken, parts[1], status=1)
         self.assertIn(f"{broken} not included", run.stderr)
         self.assertEqual(target.stat().st_mode & 0o444, 0o444)
         merged = subprocess.run(["osmconvert", target, "--out-osm"], capture_output=True, text=True, check=True).stdout
