@@ -72,9 +72,7 @@ Examples:
   ferrowen maps unused --delete Old_Map --delete Test
   ferrowen maps unused --recover Old_Map)";
 
-std::string footer(const std::string& text) {
-  return text.empty() ? global_hint : text + "\n\n" + global_hint;
-}
+std::string footer(const std::string& text) { return with_hint(text, global_hint); }
 
 void add_global_options(CLI::App& app, GlobalOptions& global) {
   text_option(app, "--home", global.home, "DIR", "Program folder: settings, tiles and work files");
@@ -230,7 +228,7 @@ constexpr const char* completion_footer = R"(Examples:
   ferrowen completion zsh > ~/.zsh/completions/_ferrowen      (a folder of zsh's fpath))";
 
 void add_completion(CLI::App& app, std::string& shell) {
-  add_command(app, "completion", "Print the completion function for a shell", completion_footer)
+  add_command(app, "completion", "Print the completion function for a shell", footer(completion_footer))
       ->add_option("SHELL", shell, "bash or zsh")
       ->type_name("")
       ->required()

@@ -71,7 +71,7 @@ std::string words_of(const CLI::Option& option) {
 
 bool is_folder(const std::string& what) { return what == "DIR" || what == "FOLDER"; }
 bool is_file(const std::string& what) {
-  return what == "FILE" || what == "F" || what == "INPUT" || what == "STYLE" || what == "SCRIPT";
+  return what == "FILE" || what == "F" || what == "INPUT" || what == "STYLE" || what == "SCRIPT.auto";
 }
 
 std::string bash_values(const std::string& what, const std::string& words) {
@@ -143,12 +143,8 @@ std::string bash_skipped(const CLI::App& app) {
 std::string zsh_text(std::string_view text) {
   std::string quoted;
   for (const char c : text) {
-    if (c == '[' || c == ']' || c == ':' || c == '\\')
-      quoted += '\\', quoted += c;
-    else if (c == '\'')
-      quoted += "'\\''";
-    else
-      quoted += c;
+    if (c == '[' || c == ']' || c == ':' || c == '\\') quoted += '\\';
+    quoted += c == '\'' ? "'\\''" : std::string(1, c);
   }
   return quoted;
 }

@@ -82,8 +82,7 @@ ExitStatus make(Session& session, const ContoursArguments& arguments) {
   session.json["seconds"] = report.seconds;
   for (const std::string& file : report.files)
     session.show(file + "\n");
-  const bool in_part = report.result == StageResult::done && !report.missing.empty();
-  const StageResult result = in_part ? StageResult::failed : report.result;
+  const StageResult result = failed_in_part(report.result, !report.missing.empty());
   session.result = result_word(result);
   return exit_status_of(result);
 }

@@ -22,6 +22,11 @@ inline ExitStatus exit_status_of(StageResult result) {
   return ExitStatus::run_failed;
 }
 
+// Who asked for all of it has not got it when a part is missing.
+inline StageResult failed_in_part(StageResult result, bool part_is_missing) {
+  return result == StageResult::done && part_is_missing ? StageResult::failed : result;
+}
+
 inline std::string_view result_word(ExitStatus status) {
   switch (status) {
     case ExitStatus::done:

@@ -23,7 +23,7 @@ inline CLI::App* add_command(CLI::App& app, const std::string& name, const std::
 }
 
 inline std::string with_hint(const std::string& footer, const std::string& hint) {
-  return footer + "\n\n" + hint;
+  return footer.empty() ? hint : footer + "\n\n" + hint;
 }
 
 }  // namespace ferrowen

@@ -19,8 +19,7 @@ ExitStatus run_command(Session& session, const MergeArguments& arguments) {
       merg(session.workspace, session.prompts, session.progress, files, arguments.output);
   session.json["output"] = arguments.output;
   session.json["left_out"] = report.left_out;
-  const bool in_part = report.result == StageResult::done && !report.left_out.empty();
-  const StageResult result = in_part ? StageResult::failed : report.result;
+  const StageResult result = failed_in_part(report.result, !report.left_out.empty());
   session.result = result_word(result);
   return exit_status_of(result);
 }

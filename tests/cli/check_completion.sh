@@ -24,6 +24,7 @@ offers "settings" set
 offers "show get set backup restore reset" settings ""
 offers "settings" --home "build" se
 offers "files" build ""
+offers "files" run ""
 offers "--gmapsupp" build map.pbf --gm
 offers "--help --hgt --home" build --h
 offers "files-d" build --output ""
