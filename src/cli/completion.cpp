@@ -106,13 +106,14 @@ std::string bash_words(const Commands& commands) {
   for (const CLI::App* command : commands) {
     std::string options;
     for (const CLI::Option* option : options_of(*command))
-      options += (options.empty() ? "" : " ") + join_texts(names_of(*option), " ");
+      options.append(options.empty() ? "" : " ").append(join_texts(names_of(*option), " "));
     std::string names;
     for (const CLI::App* one : commands_of(*command))
       names += (names.empty() ? "" : " ") + one->get_name();
     const CLI::Option* positional = positional_of(*command);
-    text += "    '" + path_of(*command) + "') options='" + options + "' commands='" + names + "' files='" +
-            (positional == nullptr ? "" : bash_values(positional->get_name(), "")) + "' ;;\n";
+    const std::string files = positional == nullptr ? "" : bash_values(positional->get_name(), "");
+    text.append("    '").append(path_of(*command)).append("') options='").append(options);
+    text.append("' commands='").append(names).append("' files='").append(files).append("' ;;\n");
   }
   return text;
 }

@@ -5,7 +5,7 @@
 
 #include "cli/command_line.hpp"
 
-namespace CLI {
+namespace CLI {  // NOLINT(readability-identifier-naming): the name that the library gave itself
 class App;
 }
 
