@@ -1,6 +1,7 @@
 #include "app/registry.hpp"
 
 #include <algorithm>
+#include <random>
 #include <utility>
 
 #include "base/files.hpp"
@@ -12,6 +13,7 @@ namespace ferrowen {
 namespace {
 
 constexpr std::string_view store_name = "system/registry.reg";
+constexpr std::string_view work_folder_name = "system";
 #ifndef _WIN32
 constexpr std::string_view wine_system_file = "system.reg";
 constexpr std::string_view garmin_key = R"(\\garmin\\)";
@@ -54,12 +56,11 @@ std::string wine_prefix_in_use(const Settings& settings) {
 
 std::unique_ptr<Registry> open_registry(const Workspace& workspace) {
 #ifdef _WIN32
-  (void)workspace;
-  return system_registry();
+  return system_registry(workspace.path(work_folder_name));
 #else
   const std::string prefix = wine_prefix_in_use(workspace.settings);
   if (prefix.empty()) return embedded_registry(workspace.path(store_name));
-  return wine_registry(prefix, workspace.path("system"));
+  return wine_registry(prefix, workspace.path(work_folder_name));
 #endif
 }
 
@@ -67,6 +68,20 @@ std::unique_ptr<Registry> store_beside(const Workspace& workspace, const Registr
   const std::string file = workspace.path(store_name);
   if (!file_exists(file) || same_file(open.place(), file)) return nullptr;
   return embedded_registry(file);
+}
+
+std::string registry_work_file(const std::string& work_folder) {
+  return platform::join(work_folder, "registry-" + std::to_string(std::random_device()()) + ".reg");
+}
+
+Status import_removal(Registry& registry, const std::string& key, const std::string& work_folder,
+                      const std::function<void()>& tick) {
+  const std::string file = registry_work_file(work_folder);
+  const std::string text = registry_text_of({{key, true, {}, {}}});
+  if (Status saved = safe_write(file, encode_registry_text(text)); !saved.ok()) return saved;
+  const Status imported = registry.import_file(file, tick);
+  const Status removed = remove_file(file);
+  return imported.ok() ? removed : imported;
 }
 
 std::string path_on_z(const std::string& path) {

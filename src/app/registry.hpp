@@ -58,7 +58,8 @@ class Registry {
 const platform::RegistryValue* find_value(const Registry::Key& key, std::string_view name);
 std::string text_value(const Registry::Key& key, std::string_view name);
 
-std::unique_ptr<Registry> system_registry();
+// `work_folder` takes the files that are handed to the registry editor.
+std::unique_ptr<Registry> system_registry(const std::string& work_folder);
 // `work_folder` takes the files that are handed to and taken from Wine's registry editor.
 std::unique_ptr<Registry> wine_registry(const std::string& prefix, const std::string& work_folder);
 std::unique_ptr<Registry> embedded_registry(const std::string& file);
@@ -72,6 +73,12 @@ std::unique_ptr<Registry> open_registry(const Workspace& workspace);
 // The program's own store, when another registry is open and maps may still be registered in it: one that was
 // used before there was a Wine prefix. Nothing for none.
 std::unique_ptr<Registry> store_beside(const Workspace& workspace, const Registry& open);
+
+// Has the key deleted by way of `import_file`, with a file of `work_folder` that is gone afterwards.
+Status import_removal(Registry& registry, const std::string& key, const std::string& work_folder,
+                      const std::function<void()>& tick);
+// A name that no other run of the program uses.
+std::string registry_work_file(const std::string& work_folder);
 
 // Linux paths as a Wine program sees them where "Z:" is the whole file system, and back.
 std::string path_on_z(const std::string& path);

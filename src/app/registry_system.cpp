@@ -29,6 +29,8 @@ Place place_of(const std::string& path) {
 
 class SystemRegistry : public Registry {
  public:
+  explicit SystemRegistry(std::string work_folder) : m_work_folder(std::move(work_folder)) {}
+
   Key key(const std::string& path) override {
     const Place place = place_of(path);
     if (!place.known) return {};
@@ -41,12 +43,16 @@ class SystemRegistry : public Registry {
     return {platform::run_elevated("regedit.exe", "/s \"" + path + "\" /s", platform::folder_of(path), tick)};
   }
 
-  Status remove_key(const std::string& path, const std::function<void()>& /*tick*/) override {
+  // What an ordinary user may not delete is left to the registry editor too; its silence says nothing, so the
+  // key is looked for again.
+  Status remove_key(const std::string& path, const std::function<void()>& tick) override {
     const Place place = place_of(path);
     if (!place.known) return {path + ": not a key to delete"};
     const platform::RegistryDeletion deletion = platform::delete_registry_key(place.root, place.key);
     if (deletion.fault == platform::RegistryFault::none) return {};
-    return {path + ": " + deletion.reason};
+    const Status imported = import_removal(*this, path, m_work_folder, tick);
+    if (!imported.ok()) return {path + ": " + imported.error};
+    return key(path).exists ? Status{path + ": " + deletion.reason} : Status{};
   }
 
   void refresh() override {}
@@ -58,10 +64,15 @@ class SystemRegistry : public Registry {
     return {R"(c:\programdata\garmin\maps)",
             platform::join(platform::roaming_data_folder(), R"(garmin\maps)")};
   }
+
+ private:
+  std::string m_work_folder;
 };
 
 }  // namespace
 
-std::unique_ptr<Registry> system_registry() { return std::make_unique<SystemRegistry>(); }
+std::unique_ptr<Registry> system_registry(const std::string& work_folder) {
+  return std::make_unique<SystemRegistry>(work_folder);
+}
 
 }  // namespace ferrowen

@@ -7,7 +7,6 @@
 #include <filesystem>
 #include <map>
 #include <optional>
-#include <random>
 #include <system_error>
 
 #include "app/registry.hpp"
@@ -64,12 +63,7 @@ class WineRegistry : public Registry {
   }
 
   Status remove_key(const std::string& path, const std::function<void()>& tick) override {
-    const std::string file = work_file();
-    const std::string text = registry_text_of({{path, true, {}, {}}});
-    if (Status saved = safe_write(file, encode_registry_text(text)); !saved.ok()) return saved;
-    const Status imported = import_file(file, tick);
-    const Status removed = remove_file(file);
-    return imported.ok() ? removed : imported;
+    return import_removal(*this, path, m_work_folder, tick);
   }
 
   void refresh() override {
@@ -110,10 +104,6 @@ class WineRegistry : public Registry {
     const std::string named = "HKEY_USERS\\" + m_user;
     if (m_user.empty() || !path.starts_with(named + "\\")) return path;
     return std::string(user) + path.substr(named.size());
-  }
-  // Several runs of the program may look at the same prefix at once.
-  [[nodiscard]] std::string work_file() const {
-    return platform::join(m_work_folder, "wine-" + std::to_string(std::random_device()()) + ".reg");
   }
   [[nodiscard]] std::string drive_folder(char letter) const {
     return platform::join(m_prefix, std::string("dosdevices/") + letter + ":");
@@ -159,7 +149,7 @@ void WineRegistry::load_files() {
 
 bool WineRegistry::load_from_server() {
   RegistryTree tree;
-  const std::string file = work_file();
+  const std::string file = registry_work_file(m_work_folder);
   // An export that cannot be written must not look like a registry without maps.
   if (!safe_write(file, "").ok()) return false;
   for (const std::string_view key : exported) {

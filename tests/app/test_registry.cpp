@@ -2,6 +2,12 @@
 
 #include <doctest/doctest.h>
 
+#ifdef _WIN32
+#include <windows.h>
+// windows.h comes first.
+#include <sddl.h>
+#endif
+
 #include <filesystem>
 
 #include "base/files.hpp"
@@ -36,6 +42,10 @@ void check_round_trip(Registry& registry, Registry& other, const test::TempFolde
   registry.refresh();
   CHECK(registry.key(families).subkeys == Texts{"My Map 2"});
   CHECK_FALSE(registry.import_file(folder / "gone.reg", {}).ok());
+  const std::vector<std::string> files = list_files(folder.path(), {".reg"});
+  CHECK(import_removal(registry, families + R"(\My Map 2)", folder.path(), {}).ok());
+  CHECK(registry.key(families).subkeys.empty());
+  CHECK(list_files(folder.path(), {".reg"}) == files);
 }
 
 }  // namespace
@@ -133,4 +143,31 @@ TEST_CASE("which registry: a prefix of the settings before the program's own sto
   CHECK(open_registry(workspace)->wine_prefix() == home / "prefix");
 }
 
+#endif
+
+#ifdef _WIN32
+TEST_CASE(
+    "the system's registry: a key that not even the registry editor may delete is told, with the reason") {
+  const test::TempFolder folder("registry");
+  const std::unique_ptr<Registry> registry = system_registry(folder.path());
+  const std::string key = R"(HKEY_CURRENT_USER\Software\Ferrowen tests\locked)";
+  REQUIRE(registry->import_file(folder.write("a.reg", "REGEDIT4\r\n\r\n[" + key + "]\r\n"), {}).ok());
+  REQUIRE(registry->key(key).exists);
+  CHECK(registry->remove_key(R"(HKEY_CLASSES_ROOT\none)", {}).error ==
+        R"(HKEY_CLASSES_ROOT\none: not a key to delete)");
+  HKEY open = nullptr;
+  REQUIRE(RegOpenKeyExW(HKEY_CURRENT_USER, L"Software\\Ferrowen tests\\locked", 0, WRITE_DAC, &open) ==
+          ERROR_SUCCESS);
+  PSECURITY_DESCRIPTOR deny = nullptr;
+  REQUIRE(ConvertStringSecurityDescriptorToSecurityDescriptorW(L"D:(D;;SD;;;WD)(A;;GA;;;WD)", SDDL_REVISION_1,
+                                                               &deny, nullptr) != FALSE);
+  CHECK(RegSetKeySecurity(open, DACL_SECURITY_INFORMATION, deny) == ERROR_SUCCESS);
+  LocalFree(deny);
+  CHECK(registry->remove_key(key, {}).error.starts_with(key + ": "));
+  CHECK(registry->key(key).exists);
+  CHECK(list_files(folder.path(), {".reg"}).size() == 1);
+  RegSetKeySecurity(open, DACL_SECURITY_INFORMATION, nullptr);
+  RegCloseKey(open);
+  platform::delete_registry_key(platform::RegistryRoot::current_user, R"(Software\Ferrowen tests)");
+}
 #endif
