@@ -54,6 +54,7 @@ Var list
 !define MUI_ICON "${SOURCE}/packaging/windows/ferrowen.ico"
 !define MUI_UNICON "${SOURCE}/packaging/windows/ferrowen.ico"
 !define MUI_ABORTWARNING
+!define MUI_COMPONENTSPAGE_SMALLDESC ; long names have room
 !define MUI_FINISHPAGE_RUN
 !define MUI_FINISHPAGE_RUN_FUNCTION start_program
 !insertmacro MUI_PAGE_WELCOME
@@ -62,12 +63,17 @@ Page custom show_users leave_users
 !insertmacro MUI_PAGE_COMPONENTS
 !define MUI_PAGE_CUSTOMFUNCTION_PRE skip_known_folder
 !define MUI_PAGE_CUSTOMFUNCTION_LEAVE leave_folder
+!define MUI_DIRECTORYPAGE_VERIFYONLEAVE ; a folder that cannot be used gets words, not a grey button
 !insertmacro MUI_PAGE_DIRECTORY
 !insertmacro MUI_PAGE_INSTFILES
 !insertmacro MUI_PAGE_FINISH
 !insertmacro MUI_UNPAGE_CONFIRM
 !insertmacro MUI_UNPAGE_INSTFILES
+; The first one is for every other language of the system.
 !insertmacro MUI_LANGUAGE English
+!insertmacro MUI_LANGUAGE German
+!insertmacro MUI_LANGUAGE French
+!include texts.nsh
 
 ; ---- What setup and uninstaller share
 
@@ -97,7 +103,7 @@ Function ${un}wait_for_end
     ${If} $0 == ""
       ${ExitDo}
     ${EndIf}
-  ${LoopUntil} ${Cmd} `MessageBox MB_RETRYCANCEL|MB_ICONEXCLAMATION "Ferrowen is running. Close it, then choose Retry." /SD IDCANCEL IDCANCEL`
+  ${LoopUntil} ${Cmd} `MessageBox MB_RETRYCANCEL|MB_ICONEXCLAMATION "$(close_and_retry)" /SD IDCANCEL IDCANCEL`
 FunctionEnd
 
 ; Puts the next name of the list into $1: a file, or a folder with "\" at its end. "" at the end of the list.
@@ -169,7 +175,7 @@ Function check_running
   StrCpy $from $INSTDIR
   Call wait_for_end
   ${If} $0 == busy
-    StrCpy $problem "Ferrowen is running. Close it and start the setup again. Nothing was changed."
+    StrCpy $problem "$(is_running)"
     StrCpy $problem_status ${STATUS_RUNNING}
   ${EndIf}
 FunctionEnd
@@ -189,7 +195,7 @@ Function check_version
   ${EndIf}
   ${VersionCompare} "${VERSION}" "$3" $0
   ${If} $0 == 2
-    StrCpy $problem "Ferrowen $3 is installed, and this setup holds the older ${VERSION}. Remove the newer one first if you want to go back; your settings and maps stay. Nothing was changed."
+    StrCpy $problem "$(is_older)"
     StrCpy $problem_status ${STATUS_OLDER}
   ${EndIf}
 FunctionEnd
@@ -197,7 +203,7 @@ FunctionEnd
 Function check_one_place
   ${If} $earlier != ""
   ${AndIf} $earlier != $INSTDIR
-    StrCpy $problem "Ferrowen is installed in $earlier. Install it there, or remove it there first. Nothing was changed."
+    StrCpy $problem "$(is_elsewhere)"
     StrCpy $problem_status ${STATUS_ELSEWHERE}
   ${EndIf}
 FunctionEnd
@@ -212,7 +218,7 @@ Function check_folder
   ClearErrors
   FileOpen $0 "$INSTDIR\setup-new\try" w
   ${If} ${Errors}
-    StrCpy $problem "The folder $INSTDIR cannot be written to. Choose another folder, or install for all users as an administrator. Nothing was changed."
+    StrCpy $problem "$(is_not_writable)"
     StrCpy $problem_status ${STATUS_NOT_WRITABLE}
   ${Else}
     FileClose $0
@@ -242,7 +248,7 @@ Function check_room
     Pop $3
     System::Int64Op $2 / 1048576
     Pop $2
-    StrCpy $problem "The disk is too full: Ferrowen needs $2 MB in $INSTDIR, and $3 MB are free. Nothing was changed."
+    StrCpy $problem "$(is_too_full)"
     StrCpy $problem_status ${STATUS_NO_ROOM}
   ${EndIf}
 FunctionEnd
@@ -289,7 +295,7 @@ Function become_administrator
     ClearErrors
     ExecShell runas "$EXEPATH" "/AllUsers"
     ${If} ${Errors}
-      MessageBox MB_OK|MB_ICONEXCLAMATION "Only an administrator can install for all users."
+      MessageBox MB_OK|MB_ICONEXCLAMATION "$(only_administrator)"
       Return
     ${EndIf}
     SetErrorLevel 0
@@ -337,16 +343,16 @@ Function show_users
   ${If} $users_given == yes
     Abort
   ${EndIf}
-  !insertmacro MUI_HEADER_TEXT "Choose Users" "Who is going to use Ferrowen on this computer?"
+  !insertmacro MUI_HEADER_TEXT "$(users_title)" "$(users_question)"
   nsDialogs::Create 1018
   Pop $0
-  ${NSD_CreateRadioButton} 0 10u 100% 12u "Only for &me"
+  ${NSD_CreateRadioButton} 0 10u 100% 12u "$(only_me)"
   Pop $R1
-  ${NSD_CreateLabel} 12u 24u 95% 20u "Settings, scripts and maps are kept in the folder of the program."
+  ${NSD_CreateLabel} 12u 24u 95% 20u "$(only_me_folders)"
   Pop $0
-  ${NSD_CreateRadioButton} 0 50u 100% 12u "For &all users of this computer (needs an administrator)"
+  ${NSD_CreateRadioButton} 0 50u 100% 12u "$(all_users)"
   Pop $R2
-  ${NSD_CreateLabel} 12u 64u 95% 20u "Each user's settings, scripts and maps are kept in a folder of his own."
+  ${NSD_CreateLabel} 12u 64u 95% 20u "$(all_users_folders)"
   Pop $0
   ${If} $users == all
     ${NSD_Check} $R2
@@ -378,7 +384,13 @@ Function skip_known_folder
 FunctionEnd
 
 Function leave_folder
-  Call check_all
+  GetInstDirError $0
+  ${If} $0 = 1 ; no such drive, or no absolute path
+    StrCpy $problem "$(is_not_writable)"
+    StrCpy $problem_status ${STATUS_NOT_WRITABLE}
+  ${Else}
+    Call check_all
+  ${EndIf}
   ${If} $problem != ""
     MessageBox MB_OK|MB_ICONEXCLAMATION "$problem"
     ${If} $earlier != ""
@@ -447,7 +459,7 @@ Function roll_back
     StrCpy $0 "$PLUGINSDIR\old.txt"
     Call move_listed
     ${If} ${Errors}
-      MessageBox MB_OK|MB_ICONSTOP "Not every file of the earlier version could be put back. They are in $INSTDIR\setup-old." /SD IDOK
+      MessageBox MB_OK|MB_ICONSTOP "$(not_put_back)" /SD IDOK
     ${Else}
       RMDir /r "$INSTDIR\setup-old"
     ${EndIf}
@@ -469,7 +481,7 @@ FunctionEnd
 
 Function stop_when_failed
   ${If} ${Errors}
-    StrCpy $problem "Not every file could be written to $INSTDIR. What was there before is as it was."
+    StrCpy $problem "$(not_written)"
     StrCpy $problem_status ${STATUS_ROLLED_BACK}
     Call stop
   ${EndIf}
@@ -558,6 +570,7 @@ FunctionEnd
 
 Section "Ferrowen" section_programs
   SectionIn RO
+  AddSize ${SIZE_KB} ; what functions install is not counted by itself
   InitPluginsDir
   Call check_all
   ${If} $problem != ""
@@ -574,8 +587,8 @@ Section "Ferrowen" section_programs
   CreateShortcut "$SMPROGRAMS\Ferrowen.lnk" "$INSTDIR\ferrowen6.exe"
 SectionEnd
 
-Section "Open .auto scripts with Ferrowen" section_scripts
-  WriteRegStr SHCTX "Software\Classes\${SCRIPT_CLASS}" "" "Ferrowen script"
+Section "$(scripts)" section_scripts
+  WriteRegStr SHCTX "Software\Classes\${SCRIPT_CLASS}" "" "$(script_class)"
   WriteRegStr SHCTX "Software\Classes\${SCRIPT_CLASS}\DefaultIcon" "" "$INSTDIR\ferrowen6.exe,0"
   WriteRegStr SHCTX "Software\Classes\${SCRIPT_CLASS}\shell\open\command" "" '"$INSTDIR\ferrowen6.exe" "%1"'
   ReadRegStr $0 SHCTX "Software\Classes\.auto" ""
@@ -586,7 +599,7 @@ Section "Open .auto scripts with Ferrowen" section_scripts
   ${RefreshShellIcons}
 SectionEnd
 
-Section /o "Link on the desktop" section_link
+Section /o "$(link)" section_link
   CreateShortcut "$DESKTOP\Ferrowen.lnk" "$INSTDIR\ferrowen6.exe"
 SectionEnd
 
@@ -616,9 +629,9 @@ Function preset_choices
 FunctionEnd
 
 !insertmacro MUI_FUNCTION_DESCRIPTION_BEGIN
-  !insertmacro MUI_DESCRIPTION_TEXT ${section_programs} "The window program, the command line, contour lines, the sample map and the guide."
-  !insertmacro MUI_DESCRIPTION_TEXT ${section_scripts} "A double click on an automation script opens it in Ferrowen."
-  !insertmacro MUI_DESCRIPTION_TEXT ${section_link} "Beside the entry of the start menu."
+  !insertmacro MUI_DESCRIPTION_TEXT ${section_programs} "$(about_programs)"
+  !insertmacro MUI_DESCRIPTION_TEXT ${section_scripts} "$(about_scripts)"
+  !insertmacro MUI_DESCRIPTION_TEXT ${section_link} "$(about_link)"
 !insertmacro MUI_FUNCTION_DESCRIPTION_END
 
 ; ---- The uninstaller takes away what its list names, and nothing else
@@ -651,7 +664,7 @@ Function un.remove_files
   ClearErrors
   FileOpen $list "$PLUGINSDIR\old.txt" r
   ${If} ${Errors}
-    MessageBox MB_OK|MB_ICONSTOP "The list of the installed files is missing: $INSTDIR\${LIST_NAME}. Nothing was removed." /SD IDOK
+    MessageBox MB_OK|MB_ICONSTOP "$(no_list)" /SD IDOK
     SetErrorLevel 2
     Abort
   ${EndIf}
@@ -699,6 +712,6 @@ Section Uninstall
   SetOutPath "$TEMP"
   RMDir "$INSTDIR"
   ${If} ${FileExists} "$INSTDIR\*.*"
-    MessageBox MB_OK|MB_ICONINFORMATION "Ferrowen was removed. Your own settings, scripts, styles and maps are still in $INSTDIR." /SD IDOK
+    MessageBox MB_OK|MB_ICONINFORMATION "$(was_removed)" /SD IDOK
   ${EndIf}
 SectionEnd
