@@ -29,13 +29,13 @@ say "Putting the files together"
 rm -rf "$build/setup"
 mkdir -p "$tree/platforms" "$tree/styles" "$tree/share" "$tree/licences"
 cp "$build/bin/ferrowen.exe" "$build/bin/ferrowen6.exe" "$build/bin/ferrowen-contours.exe" "$tree/"
-x86_64-w64-mingw32-strip "$tree"/*.exe
 cp "$qt/bin/Qt6Core.dll" "$qt/bin/Qt6Gui.dll" "$qt/bin/Qt6Widgets.dll" "$tree/"
 cp "$qt/plugins/platforms/qwindows.dll" "$tree/platforms/"
 cp "$qt/plugins/styles/"*.dll "$tree/styles/"
 for library in libstdc++-6.dll libgcc_s_seh-1.dll libwinpthread-1.dll; do
   cp "$(x86_64-w64-mingw32-g++-posix -print-file-name=$library)" "$tree/"
 done
+x86_64-w64-mingw32-strip "$tree"/*.exe "$tree"/lib*.dll
 cp -R build/release/share/ferrowen "$tree/share/"
 
 crlf() { sed 's/\r*$/\r/'; }

@@ -97,6 +97,12 @@ class Windows:
 
     # Paths
 
+    def own_folders(self):
+        """Desktop and the like, which Wine makes links to the home folder, become folders of the prefix."""
+        for link in [path for path in self.drive("users").glob("*/*") if path.is_symlink()]:
+            link.unlink()
+            link.mkdir()
+
     def drive(self, *parts):
         return self.prefix.joinpath("drive_c", *parts)
 
@@ -109,16 +115,22 @@ class Windows:
 
     # The registry
 
-    def registry(self, key, value=None):
-        """The text of a value ("" is the default one), or with no value whether there is the key; else None."""
-        which = [] if value is None else ["/ve"] if value == "" else ["/v", value]
-        status, output = self.run("reg", "query", key, *which)
-        if status != 0:
+    def has_key(self, key):
+        return self.run("reg", "query", key)[0] == 0
+
+    def registry(self, key, value):
+        """The text of a value, digits of a number or of bytes; "" is the default value; None when there is none."""
+        # The export alone holds every letter, whatever code page the console has.
+        exported = self.drive("exported.reg")
+        exported.unlink(missing_ok=True)
+        if self.run("reg", "export", key, "C:\\exported.reg", "/y")[0] != 0:
             return None
-        if value is None:
-            return True
-        lines = [line for line in output.split("\n") if "    REG_" in line]
-        return lines[0].split("    ", 3)[3] if lines else None
+        section = exported.read_text("utf-16").split("\n[")[1]
+        name = f'"{value}"=' if value else "@="
+        found = next((line[len(name):] for line in section.split("\n") if line.startswith(name)), None)
+        if found is None or found.startswith('"'):
+            return found and found[1:-1].replace("\\\\", "\\").replace('\\"', '"')
+        return found.split(":")[1].replace(",", "").upper()
 
     def set_registry(self, key, value, text, kind="REG_SZ"):
         which = ["/ve"] if value == "" else ["/v", value]
