@@ -1,5 +1,3 @@
-#include <algorithm>
-
 #include "app/tools.hpp"
 #include "base/files.hpp"
 #include "base/text.hpp"
@@ -16,18 +14,12 @@ namespace {
 constexpr const char* typ_missing = "Can't find TYP file. ";
 constexpr const char* typ_not_there = "Can't find TYP file. Please select.";
 
-// What is to be checked, read and ready.
+// What is to be examined, read and kept.
 struct Patient {
   StyleLocation location;
   std::vector<LoadedStyle> kinds;
   std::optional<TypFile> typ;
-  std::vector<DoctorCheck> checks;
 };
-
-bool names(const DoctorArguments& arguments, DoctorCheck check) {
-  return std::find(arguments.checks.begin(), arguments.checks.end(), check_name(check)) !=
-         arguments.checks.end();
-}
 
 // A style that is named by its folder needs no program folder, so that the check runs wherever styles are
 // kept.
@@ -43,10 +35,6 @@ ExitStatus find_style(Session& session, const DoctorArguments& arguments, StyleL
     location.mkgmap_jar = tools.mkgmap_jar;
   }
   return ExitStatus::done;
-}
-
-bool runs(const DoctorArguments& arguments, DoctorCheck check) {
-  return arguments.checks.empty() || names(arguments, check);
 }
 
 // A rule file that cannot be read must not look like one without findings.
@@ -71,12 +59,12 @@ ExitStatus read_style(Session& session, const DoctorArguments& arguments, Patien
 }
 
 // The TYP file of the command line, else that of the settings when they are open.
-ExitStatus read_typ_file(Session& session, const DoctorArguments& arguments, Patient& patient) {
-  if (!runs(arguments, DoctorCheck::typ)) return ExitStatus::done;
+ExitStatus read_typ_file(Session& session, const DoctorArguments& arguments, bool is_named,
+                         Patient& patient) {
+  if (!is_named && !arguments.checks.empty()) return ExitStatus::done;
   const std::string named = arguments.typ.value_or(session.workspace.settings.doctor_typ);
-  const bool asked_for = arguments.typ || names(arguments, DoctorCheck::typ);
   if (named.empty()) {
-    if (asked_for) return session.fail(typ_missing + std::string("--typ FILE names it."));
+    if (is_named || arguments.typ) return session.fail(typ_missing + std::string("--typ FILE names it."));
     session.prompts.tell("Without --typ FILE the style is not compared with a TYP file.");
     return ExitStatus::done;
   }
@@ -88,35 +76,15 @@ ExitStatus read_typ_file(Session& session, const DoctorArguments& arguments, Pat
   return ExitStatus::done;
 }
 
-// Place names are points, road classes belong to lines: the lists of other files would say nothing.
-bool makes_sense(DoctorCheck check, RuleKind kind, const DoctorArguments& arguments) {
-  if (check == DoctorCheck::places) return kind == RuleKind::points || arguments.kind.has_value();
-  return check != DoctorCheck::road_class || kind == RuleKind::lines;
-}
-
-// A check that was asked for by its name and has nothing to look at has not passed.
-ExitStatus require_checks(Session& session, const Patient& patient, const DoctorArguments& arguments) {
-  for (const DoctorCheck check : doctor_checks) {
-    const bool has_work =
-        std::any_of(patient.kinds.begin(), patient.kinds.end(),
-                    [&](const LoadedStyle& style) { return makes_sense(check, style.text.kind, arguments); });
-    if (names(arguments, check) && !has_work)
-      return session.fail("The check '" + std::string(check_name(check)) +
-                          "' has nothing to look at: it is for " +
-                          (check == DoctorCheck::places ? "points" : "lines") + " alone.");
-  }
-  return ExitStatus::done;
-}
-
-DoctorReport examine(const Patient& patient, const DoctorArguments& arguments) {
-  DoctorReport report = patient.typ ? typ_damage(*patient.typ) : DoctorReport{};
-  for (const LoadedStyle& style : patient.kinds) {
-    for (const DoctorCheck check : doctor_checks) {
-      if (!runs(arguments, check) || !makes_sense(check, style.text.kind, arguments)) continue;
-      report.append(run_check(check, style, patient.typ ? &*patient.typ : nullptr, arguments.draw_order));
-    }
-  }
-  return report;
+Examination examination_of(const DoctorArguments& arguments, const Patient& patient) {
+  Examination examination;
+  for (const LoadedStyle& style : patient.kinds)
+    examination.kinds.push_back(&style);
+  for (const std::string& name : arguments.checks)
+    if (const auto check = check_named(name)) examination.checks.push_back(*check);
+  examination.kind_is_chosen = arguments.kind.has_value();
+  examination.lowest_draw_order = arguments.draw_order;
+  return examination;
 }
 
 Json row_object(const DoctorRow& row) {
@@ -152,10 +120,12 @@ ExitStatus run_command(Session& session, const DoctorArguments& arguments) {
   const ExitStatus found = find_style(session, arguments, patient.location);
   if (found != ExitStatus::done) return found;
   if (const ExitStatus read = read_style(session, arguments, patient); read != ExitStatus::done) return read;
-  if (const ExitStatus fit = require_checks(session, patient, arguments); fit != ExitStatus::done) return fit;
-  if (const ExitStatus read = read_typ_file(session, arguments, patient); read != ExitStatus::done)
-    return read;
-  DoctorReport report = examine(patient, arguments);
+  Examination examination = examination_of(arguments, patient);
+  if (const std::string idle = idle_check(examination); !idle.empty()) return session.fail(idle);
+  const ExitStatus read = read_typ_file(session, arguments, asks_for(examination, DoctorCheck::typ), patient);
+  if (read != ExitStatus::done) return read;
+  examination.typ = patient.typ ? &*patient.typ : nullptr;
+  DoctorReport report = examine(examination);
   session.json["style"] = patient.location.folder;
   if (arguments.checks.empty() && !session.options.verbose)
     std::erase_if(report.rows, [](const DoctorRow& row) { return !row.counts(); });

@@ -81,6 +81,12 @@ DoctorReport unread_report(DoctorCheck check, const LoadedStyle& style) {
   return report;
 }
 
+// Place names are points, road classes belong to lines: the lists of other files would say nothing.
+bool says_something(DoctorCheck check, RuleKind kind, const Examination& examination) {
+  if (check == DoctorCheck::places) return kind == RuleKind::points || examination.kind_is_chosen;
+  return check != DoctorCheck::road_class || kind == RuleKind::lines;
+}
+
 }  // namespace
 
 DoctorReport run_check(DoctorCheck check, const LoadedStyle& style, const TypFile* typ,
@@ -109,6 +115,35 @@ DoctorReport run_check(DoctorCheck check, const LoadedStyle& style, const TypFil
       break;
   }
   return parseplaces(style);
+}
+
+bool asks_for(const Examination& examination, DoctorCheck check) {
+  const std::vector<DoctorCheck>& asked = examination.checks;
+  return std::find(asked.begin(), asked.end(), check) != asked.end();
+}
+
+std::string idle_check(const Examination& examination) {
+  for (const DoctorCheck check : examination.checks) {
+    const bool has_work = std::any_of(
+        examination.kinds.begin(), examination.kinds.end(),
+        [&](const LoadedStyle* style) { return says_something(check, style->text.kind, examination); });
+    if (!has_work)
+      return "The check '" + std::string(check_name(check)) + "' has nothing to look at: it is for " +
+             (check == DoctorCheck::places ? "points" : "lines") + " alone.";
+  }
+  return "";
+}
+
+DoctorReport examine(const Examination& examination) {
+  DoctorReport report = examination.typ == nullptr ? DoctorReport{} : typ_damage(*examination.typ);
+  for (const LoadedStyle* style : examination.kinds) {
+    for (const DoctorCheck check : doctor_checks) {
+      if (!examination.checks.empty() && !asks_for(examination, check)) continue;
+      if (says_something(check, style->text.kind, examination))
+        report.append(run_check(check, *style, examination.typ, examination.lowest_draw_order));
+    }
+  }
+  return report;
 }
 
 DoctorReport whole_report(const std::vector<LoadedStyle>& kinds, const TypFile& typ,

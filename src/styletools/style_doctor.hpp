@@ -46,6 +46,19 @@ DoctorReport parsename(const LoadedStyle& style);
 // One of them; the TYP check needs a TYP file and is empty without one.
 DoctorReport run_check(DoctorCheck check, const LoadedStyle& style, const TypFile* typ,
                        std::size_t lowest_draw_order = 0);
+// What is examined in one go; nothing of it is copied.
+struct Examination {
+  std::vector<const LoadedStyle*> kinds;
+  const TypFile* typ = nullptr;     // without one its check finds nothing
+  std::vector<DoctorCheck> checks;  // asked for by name; none: all of them
+  bool kind_is_chosen = false;      // of all rule files this one was asked for
+  std::size_t lowest_draw_order = 0;
+};
+bool asks_for(const Examination& examination, DoctorCheck check);
+// A check that was asked for and that no rule file has anything for, which must not look like one that found
+// nothing: what to say of it; "" when each has something to look at.
+std::string idle_check(const Examination& examination);
+DoctorReport examine(const Examination& examination);
 // "Command13": the TYP check of all three kinds, each below the name of its kind.
 DoctorReport whole_report(const std::vector<LoadedStyle>& kinds, const TypFile& typ,
                           std::size_t lowest_draw_order = 0);

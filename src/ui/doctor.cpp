@@ -153,20 +153,17 @@ void doctor::run_all() {
     forget_typ();
   else if (!load_typ())
     return;
-  DoctorReport report = m_typ ? typ_damage(*m_typ) : DoctorReport{};
-  bool any = false;
+  Examination examination;
+  examination.typ = m_typ ? &*m_typ : nullptr;
+  examination.lowest_draw_order = static_cast<std::size_t>(m_lowest->value());
   for (const RuleKind kind : rule_kinds) {
     const LoadedStyle* style = load(kind);
     if (style == nullptr) continue;
-    any = true;
     tell_unread(style->text, m_prompts);
-    for (const DoctorCheck check : doctor_checks) {
-      if (check == DoctorCheck::places && kind != RuleKind::points) continue;
-      report.append(
-          run_check(check, *style, m_typ ? &*m_typ : nullptr, static_cast<std::size_t>(m_lowest->value())));
-    }
+    examination.kinds.push_back(style);
   }
-  if (!any) return nodata(location(), m_prompts);
+  if (examination.kinds.empty()) return nodata(location(), m_prompts);
+  DoctorReport report = examine(examination);
   show_kind(chosen_kind());
   // The lists of what is in order have buttons of their own.
   std::erase_if(report.rows, [](const DoctorRow& row) { return !row.counts(); });
