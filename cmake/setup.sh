@@ -34,4 +34,4 @@ check_packages="$build_packages git doctest-dev clang clang-tidy clang-format li
   g++-mingw-w64-x86-64-posix wine wine64 p7zip-full nsis gdal-bin parallel procps"
 windows_qt_packages="g++ cmake ninja-build dpkg-dev debian-archive-keyring g++-mingw-w64-x86-64-posix
   qt6-base-dev qt6-base-dev-tools qt6-base-private-dev"
-windows_packages="$build_packages $windows_qt_packages nsis zip librsvg2-bin icoutils"
+windows_packages="$build_packages $windows_qt_packages nsis zip librsvg2-bin icoutils qt6-translations-l10n"

@@ -12,7 +12,7 @@ need_packages $windows_qt_packages >&2
 debian_version=$(dpkg-query -W -f='${source:Version}' qt6-base-dev)
 version=${debian_version%%[+-]*}
 cache=${FERROWEN_CACHE:-${XDG_CACHE_HOME:-$HOME/.cache}/ferrowen}
-kept=$cache/qt6-windows-$version
+kept=$cache/qt6-windows-$debian_version
 if [ -d "$kept" ]; then
   echo "Qt $version for Windows is there: $kept" >&2
   echo "$kept"

@@ -10,6 +10,8 @@
 !define STATUS_NO_ADMINISTRATOR 7
 !define STATUS_ELSEWHERE 8
 !define STATUS_ROLLED_BACK 9
+!define STATUS_OLD_SYSTEM 10
+!define STATUS_LEFT_OVER 11
 
 Unicode true
 SetCompressor /SOLID lzma
@@ -18,6 +20,7 @@ SetCompressor /SOLID lzma
 !include FileFunc.nsh
 !include TextFunc.nsh
 !include WordFunc.nsh
+!include WinVer.nsh
 
 !define UNINSTALL_KEY "Software\Microsoft\Windows\CurrentVersion\Uninstall\Ferrowen"
 !define SETUP_KEY "Software\Ferrowen\Setup"
@@ -42,7 +45,8 @@ VIAddVersionKey LegalCopyright "Copyright (c) 2026 The Ferrowen developers. MIT 
 Var users        ; "all" or "current"
 Var users_given  ; the command line said which
 Var folder_given ; folder of /D=
-Var earlier      ; folder of an earlier installation; "" when there is none
+Var earlier      ; folder of an earlier installation for these users; "" when there is none
+Var other        ; the same for the other choice of users
 Var made_folder  ; this setup made the folder
 Var stage        ; "", "copying", "swapping": what there is to roll back
 Var problem
@@ -200,10 +204,20 @@ Function check_version
   ${EndIf}
 FunctionEnd
 
+; One installation on a computer: settings in two places would look lost.
 Function check_one_place
   ${If} $earlier != ""
   ${AndIf} $earlier != $INSTDIR
     StrCpy $problem "$(is_elsewhere)"
+    StrCpy $problem_status ${STATUS_ELSEWHERE}
+  ${EndIf}
+  ${If} $earlier == ""
+  ${AndIf} $other != ""
+    ${If} $users == all
+      StrCpy $problem "$(is_for_me)"
+    ${Else}
+      StrCpy $problem "$(is_for_all)"
+    ${EndIf}
     StrCpy $problem_status ${STATUS_ELSEWHERE}
   ${EndIf}
 FunctionEnd
@@ -271,7 +285,13 @@ FunctionEnd
 
 Function choose_users
   !insertmacro use_context
-  ReadRegStr $earlier SHCTX "${UNINSTALL_KEY}" InstallLocation
+  ReadRegStr $earlier HKCU "${UNINSTALL_KEY}" InstallLocation
+  ReadRegStr $other HKLM "${UNINSTALL_KEY}" InstallLocation
+  ${If} $users == all
+    StrCpy $0 $earlier
+    StrCpy $earlier $other
+    StrCpy $other $0
+  ${EndIf}
   ${If} $folder_given != ""
     StrCpy $INSTDIR $folder_given
   ${ElseIf} $earlier != ""
@@ -293,7 +313,12 @@ Function become_administrator
   SetErrorLevel ${STATUS_NO_ADMINISTRATOR}
   ${IfNot} ${Silent}
     ClearErrors
-    ExecShell runas "$EXEPATH" "/AllUsers"
+    ${GetParameters} $R0
+    StrCpy $R0 "/AllUsers $R0"
+    ${If} $folder_given != ""
+      StrCpy $R0 "$R0 /D=$folder_given" ; must be the last
+    ${EndIf}
+    ExecShell runas "$EXEPATH" "$R0"
     ${If} ${Errors}
       MessageBox MB_OK|MB_ICONEXCLAMATION "$(only_administrator)"
       Return
@@ -304,7 +329,12 @@ Function become_administrator
 FunctionEnd
 
 Function .onInit
-  StrCpy $folder_given $INSTDIR
+  StrCpy $problem ""
+  Call check_system
+  !insertmacro check_next look_for_folder
+  ${If} $problem != ""
+    Call refuse
+  ${EndIf}
   StrCpy $users current
   ${GetParameters} $R0
   ClearErrors
@@ -317,25 +347,71 @@ Function .onInit
   ${IfNot} ${Errors}
     StrCpy $users_given yes
     StrCpy $users all
-    Call become_administrator
+  ${EndIf}
+  ${If} $users_given == ""
+    Call choose_earlier_users
   ${EndIf}
   Call choose_users
-  Call preset_choices
   Call check_earlier
+  ${If} $users == all
+    Call become_administrator
+  ${EndIf}
+  Call preset_choices
+FunctionEnd
+
+; Below it the programs would not get their texts in UTF-8.
+Function check_system
+  ${IfNot} ${AtLeastBuild} 18362
+    StrCpy $problem "$(is_old_system)"
+    StrCpy $problem_status ${STATUS_OLD_SYSTEM}
+  ${EndIf}
+FunctionEnd
+
+; A folder that cannot be one is silently dropped before the setup sees it.
+Function look_for_folder
+  StrCpy $folder_given $INSTDIR
+  System::Call 'kernel32::GetCommandLineW() w .r0'
+  ClearErrors
+  ${WordFind} "$0" " /D=" "E+1}" $1
+  ${IfNot} ${Errors}
+  ${AndIf} $folder_given == ""
+    StrCpy $INSTDIR $1
+    StrCpy $problem "$(is_not_writable)"
+    StrCpy $problem_status ${STATUS_NOT_WRITABLE}
+  ${EndIf}
+  ClearErrors
+FunctionEnd
+
+; A newer version is for those that the older one is for.
+Function choose_earlier_users
+  SetRegView 64
+  ReadRegStr $0 HKCU "${UNINSTALL_KEY}" InstallLocation
+  ReadRegStr $1 HKLM "${UNINSTALL_KEY}" InstallLocation
+  ${If} $0 == ""
+  ${AndIf} $1 != ""
+    StrCpy $users all
+    StrCpy $users_given yes
+  ${ElseIf} $0 != ""
+    StrCpy $users_given yes
+  ${EndIf}
+FunctionEnd
+
+Function refuse
+  SetErrorLevel $problem_status
+  MessageBox MB_OK|MB_ICONEXCLAMATION "$problem" /SD IDOK
+  Quit
 FunctionEnd
 
 ; What an earlier installation forbids is told before the first page.
 Function check_earlier
   StrCpy $problem ""
+  Call check_one_place
   ${If} $earlier != ""
-    !insertmacro check_next check_one_place
     !insertmacro check_next check_version
     !insertmacro check_next check_running
   ${EndIf}
   ${If} $problem != ""
-    SetErrorLevel $problem_status
-    MessageBox MB_OK|MB_ICONEXCLAMATION "$problem" /SD IDOK
-    Quit
+    Call refuse
   ${EndIf}
 FunctionEnd
 
@@ -606,8 +682,9 @@ SectionEnd
 ; What an earlier setup was told holds for this one; the command line wins.
 Function preset_choices
   ${If} $earlier != ""
-    ReadRegStr $0 SHCTX "Software\Classes\${SCRIPT_CLASS}" ""
-    ${If} $0 == ""
+    ; Not chosen then, or given to another program since.
+    ReadRegStr $0 SHCTX "Software\Classes\.auto" ""
+    ${If} $0 != ${SCRIPT_CLASS}
       !insertmacro UnselectSection ${section_scripts}
     ${EndIf}
     ${If} ${FileExists} "$DESKTOP\Ferrowen.lnk"
@@ -660,6 +737,7 @@ Function un.onInit
 FunctionEnd
 
 Function un.remove_files
+  StrCpy $R9 ""
   CopyFiles /SILENT "$INSTDIR\${LIST_NAME}" "$PLUGINSDIR\old.txt"
   ClearErrors
   FileOpen $list "$PLUGINSDIR\old.txt" r
@@ -675,10 +753,26 @@ Function un.remove_files
     ${EndIf}
     StrCpy $2 $1 1 -1
     ${If} $2 != "\"
+    ${AndIf} $1 != uninstall.exe
+    ${AndIf} $1 != ${LIST_NAME}
+      ClearErrors
       Delete "$INSTDIR\$1"
+      ${If} ${Errors}
+        StrCpy $R9 $1
+      ${EndIf}
     ${EndIf}
   ${Loop}
   FileClose $list
+  ; With these two a second try is possible.
+  ${If} $R9 == ""
+    Delete "$INSTDIR\uninstall.exe"
+    Delete "$INSTDIR\${LIST_NAME}"
+    ClearErrors
+  ${Else}
+    SetErrorLevel ${STATUS_LEFT_OVER}
+    MessageBox MB_OK|MB_ICONSTOP "$(not_removed)" /SD IDOK
+    Abort
+  ${EndIf}
   StrCpy $from $INSTDIR
   StrCpy $0 "$PLUGINSDIR\old.txt"
   Call un.remove_empty_folders

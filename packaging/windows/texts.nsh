@@ -29,6 +29,18 @@ ${TEXT} is_elsewhere \
   "Ferrowen is installed in $earlier. Install it there, or remove it there first. $(nothing_changed)" \
   "Ferrowen ist in $earlier installiert. Installieren Sie es dort, oder entfernen Sie es dort zuerst. $(nothing_changed)" \
   "Ferrowen est installé dans $earlier. Installez-le à cet endroit, ou supprimez-le d'abord. $(nothing_changed)"
+${TEXT} is_for_all \
+  "Ferrowen is installed for all users, in $other. Install the new version for all users too, or remove the other one first. $(nothing_changed)" \
+  "Ferrowen ist in $other für alle Benutzer installiert. Installieren Sie auch die neue Version für alle Benutzer, oder entfernen Sie die andere zuerst. $(nothing_changed)" \
+  "Ferrowen est installé pour tous les utilisateurs, dans $other. Installez aussi la nouvelle version pour tous, ou supprimez d'abord l'autre. $(nothing_changed)"
+${TEXT} is_for_me \
+  "Ferrowen is installed for you alone, in $other. Install the new version for you alone too, or remove the other one first; your settings and maps stay. $(nothing_changed)" \
+  "Ferrowen ist in $other nur für Sie installiert. Installieren Sie auch die neue Version nur für sich, oder entfernen Sie die andere zuerst; Ihre Einstellungen und Karten bleiben erhalten. $(nothing_changed)" \
+  "Ferrowen est installé pour vous seul, dans $other. Installez aussi la nouvelle version pour vous seul, ou supprimez d'abord l'autre ; vos réglages et vos cartes sont conservés. $(nothing_changed)"
+${TEXT} is_old_system \
+  "Ferrowen needs Windows 10, version 1903, or a newer Windows. $(nothing_changed)" \
+  "Ferrowen braucht Windows 10, Version 1903, oder ein neueres Windows. $(nothing_changed)" \
+  "Ferrowen demande Windows 10, version 1903, ou un Windows plus récent. $(nothing_changed)"
 ${TEXT} is_not_writable \
   "The folder $INSTDIR cannot be written to. Choose another folder, or install for all users as an administrator. $(nothing_changed)" \
   "In den Ordner $INSTDIR kann nicht geschrieben werden. Wählen Sie einen anderen Ordner, oder installieren Sie als Administrator für alle Benutzer. $(nothing_changed)" \
@@ -90,6 +102,11 @@ ${TEXT} no_list \
   "The list of the installed files is missing: $INSTDIR\${LIST_NAME}. Nothing was removed." \
   "Die Liste der installierten Dateien fehlt: $INSTDIR\${LIST_NAME}. Es wurde nichts entfernt." \
   "La liste des fichiers installés manque : $INSTDIR\${LIST_NAME}. Rien n'a été supprimé."
+; $R9: one of them.
+${TEXT} not_removed \
+  "Not every file could be removed from $INSTDIR, $R9 among them. Close what uses them and remove Ferrowen once more." \
+  "Nicht jede Datei konnte aus $INSTDIR entfernt werden, darunter $R9. Beenden Sie, was sie benutzt, und entfernen Sie Ferrowen noch einmal." \
+  "Certains fichiers de $INSTDIR n'ont pas pu être supprimés, dont $R9. Fermez ce qui les utilise et supprimez Ferrowen encore une fois."
 ${TEXT} was_removed \
   "Ferrowen was removed. Your own settings, scripts, styles and maps are still in $INSTDIR." \
   "Ferrowen wurde entfernt. Ihre eigenen Einstellungen, Skripte, Stile und Karten liegen noch in $INSTDIR." \

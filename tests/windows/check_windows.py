@@ -21,7 +21,7 @@ SOURCE = pathlib.Path(__file__).resolve().parents[2]
 UNINSTALL = r"Software\Microsoft\Windows\CurrentVersion\Uninstall\Ferrowen"
 CLASSES = r"Software\Classes"
 MAP = "Färöer & Co"
-RUNNING, OLDER, NOT_WRITABLE, NO_ROOM, ELSEWHERE, ROLLED_BACK = 3, 4, 5, 6, 8, 9
+RUNNING, OLDER, NOT_WRITABLE, NO_ROOM, ELSEWHERE, ROLLED_BACK, LEFT_OVER = 3, 4, 5, 6, 8, 9, 11
 
 
 def expect(true, words):
@@ -192,7 +192,7 @@ class Check:
               f"{self.start_program(windows, folder, name):.1f} s at the second")
         self.set_tools(windows, folder)
         self.make_and_remove_map(windows, folder, name)
-        self.upgrade(windows, folder, installed)
+        self.upgrade(windows, "HKCU", folder, installed)
         own = set(files_below(folder)) - set(installed)
         expect({"ferrow6.dat", "mkopts", "scripts/mine.auto"} <= own, f"own files: {sorted(own)}")
         self.uninstall(windows, folder)
@@ -203,9 +203,10 @@ class Check:
         local = windows.run("cmd", "/c", "echo %LOCALAPPDATA%")[1].strip()
         return windows.drive(*local.split("\\")[1:])
 
-    def upgrade(self, windows, folder, installed):
+    def upgrade(self, windows, root, folder, installed):
         """A newer version keeps what is the person's, and takes away what it does not have any more."""
         (folder / "mkopts").write_text("--my-own-option\r\n")
+        (folder / "scripts").mkdir(exist_ok=True)
         (folder / "scripts/mine.auto").write_text("my script")
         (folder / "dropped.dll").write_text("of the old version")
         with open(folder / "installed-files.txt", "ab") as names:
@@ -216,7 +217,7 @@ class Check:
         after = files_below(folder)
         equal({name: after.get(name) for name in mine}, mine, "the person's files")
         equal(set(after) - set(mine), set(installed), "the files of the program")
-        self.expect_entry(windows, "HKCU", folder, "99.0.0")
+        self.expect_entry(windows, root, folder, "99.0.0")
 
     def umlauts(self, windows):
         """The person's whole folder has blanks and umlauts in its name."""
@@ -238,9 +239,13 @@ class Check:
         self.start_program(windows, folder, "all-users")
         expect((own / "ferrow6.dat").exists(), "the settings are not in the user's own folder")
         equal(files_below(folder), installed, "the folder of all users")
+        equal(self.install(windows, "/CurrentUser", setup=self.newer), ELSEWHERE, "a second one, for one user")
+        expect(not (self.local_folder(windows) / "Programs/Ferrowen").exists(), "a second folder was made")
+        self.upgrade(windows, "HKLM", folder, installed)
+        expect(not windows.has_key(rf"HKLM\{CLASSES}\Ferrowen.Script"), "/NoScripts was forgotten")
         self.uninstall(windows, folder)
-        self.expect_gone(windows, folder, [])
-        expect(not folder.exists() and (own / "ferrow6.dat").exists(), "what is left for all users")
+        self.expect_gone(windows, folder, ["mkopts", "scripts/mine.auto"])
+        expect((own / "ferrow6.dat").exists(), "the user's own files are gone")
 
     def from_zip(self, windows):
         with zipfile.ZipFile(self.portable) as packed:
@@ -290,6 +295,7 @@ class Check:
         self.expect_refused(windows, self.older, OLDER, "this setup holds the older 0.9.0", folder)
         equal(self.install(windows, "/D=C:\\elsewhere"), ELSEWHERE, "a second place")
         expect(not windows.drive("elsewhere").exists(), "a second place was made")
+        equal(self.install(windows, "/AllUsers"), ELSEWHERE, "a second one, for all users")
         equal(windows.registry(f"HKCU\\{UNINSTALL}", "DisplayVersion"), self.version, "the version after all")
 
     PAGES = ("Next >", "I Agree", "Next >", "Next >", "Install")
@@ -299,7 +305,23 @@ class Check:
         subprocess.run(["mount", "-o", "remount,ro", place], check=True)
         self.expect_refused(windows, self.setup, NOT_WRITABLE, "cannot be written to", place, *self.PAGES,
                             switches=[f"/D={windows.name_of(place)}\\Ferrowen"])
+        for folder in ("Q:\\no drive", "no\\whole path"):
+            equal(self.install(windows, f"/D={folder}"), NOT_WRITABLE, f"the setup into {folder}")
         expect(not windows.has_key(f"HKCU\\{UNINSTALL}"), "an entry of what is not installed")
+        self.locked_files(windows)
+
+    def locked_files(self, windows):
+        """What cannot be removed is told, and a second try removes it."""
+        place = self.mount("held", "size=200m")
+        folder = place / "Ferrowen"
+        equal(self.install(windows, f"/D={windows.name_of(folder)}"), 0, "the setup before")
+        subprocess.run(["mount", "-o", "remount,ro", place], check=True)
+        equal(windows.run(folder / "uninstall.exe", "/S", f"_?={windows.name_of(folder)}")[0], LEFT_OVER,
+              "uninstalling what cannot be removed")
+        self.expect_entry(windows, "HKCU", folder, self.version)
+        subprocess.run(["mount", "-o", "remount,rw", place], check=True)
+        self.uninstall(windows, folder)
+        self.expect_gone(windows, folder, [])
 
     def disk_full(self, windows):
         """Too little room for a first setup; then for the files of a newer version beside the older."""
@@ -311,8 +333,7 @@ class Check:
         tight = self.mount("tight", f"size={installed * 3 // 2}")
         folder = tight / "Ferrowen"
         equal(self.install(windows, f"/D={windows.name_of(folder)}"), 0, "the setup that has room")
-        self.expect_refused(windows, self.newer, NO_ROOM, "The disk is too full", folder, "Next >", "I Agree", "Next >",
-                            "Next >")
+        self.expect_refused(windows, self.newer, NO_ROOM, "The disk is too full", folder, "Next >", "I Agree", "Next >")
         equal(windows.run(folder / "ferrowen.exe", "--version")[0], 0, "the version from before still runs")
 
     def full_half_way(self, windows):
@@ -353,7 +374,7 @@ class Check:
             windows.end()
 
     def close(self):
-        for place in ("locked", "small", "tight", "names"):
+        for place in ("locked", "held", "small", "tight", "names"):
             if os.path.ismount(self.work / place):
                 subprocess.run(["umount", self.work / place], check=False)
         if self.clean is not None:
