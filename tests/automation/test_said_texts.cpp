@@ -134,11 +134,11 @@ TEST_CASE("messages of the checks are in the lists") {
 
 TEST_CASE("what the style doctor finds is in the lists") {
   const std::string rules =
-      "highway=a [0x10 resolution 20\nend\nelse\nhighway=b {fly} [0x10 resolution]\nhighway=c\n"
+      "highway=a [0x10 resolution 20]\nend\nelse\nhighway=b {fly} [0x10 resolution]\nhighway=c\n"
       "if (highway=d\n! highway=e [0x11]\na= & b=c [0x11]\nlength()>3 [0x12]\ninclude 'none';\n"
       "highway=f [road resolution 20]\nhighway=g [0x13 colour=red]\nhighway='h [0x14]\n"
       "highway=primary {delete ref} [0x04 road_class=0 road_speed=3 resolution 20]\n"
-      "highway=primary & ref=1 [0x44 road_class=4 resolution 26]\nname=${x} [0x15 level 2]\n";
+      "highway=primary & ref=1 [0x44 road_class=4 resolution 26]\nname=${x} [0x15 level 2]\nx=y [0x16";
   for (const RuleKind kind : rule_kinds) {
     LoadedStyle style;
     style.text = read_style_text(
