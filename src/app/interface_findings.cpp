@@ -184,6 +184,7 @@ const std::vector<InterfaceItem>& finding_items() {
       {"say_a_label_of_type", "a label of type %1 has no end"},
       {"say_the_labels_of_type", "the labels of type %1 go beyond their end"},
       {"say_there_is_no_folder", "There is no folder for scratch files: %1"},
+      {"say_no_colour", "no colour"},
       {"say_its_name_is_no", "its name is no type"},
       {"say_no_icon_of_x", "no icon of 16 x 16 pixels in two colours"},
   };
