@@ -9,6 +9,7 @@
 #include <QDir>
 #include <QStackedWidget>
 #include <QTabWidget>
+#include <QTableView>
 #include <QTemporaryDir>
 #include <QTest>
 #include <QTimer>
@@ -48,6 +49,7 @@ using namespace ferrowen;
 using ui::to_qt;
 
 constexpr int settle_milliseconds = 400;
+constexpr qsizetype largest_palette = 256;
 const QSize usual_size(1180, 760);
 
 // Answers Yes and shows nothing, so that the work goes on.
@@ -72,21 +74,34 @@ QList<std::pair<int, QRgb>> frequent_colours(const QImage& picture) {
   return colours;
 }
 
-// With the 256 colours that stand in it most often when nearly all of it has them: that halves the file and
-// cannot be told from the original. A picture of many colours stays as it is.
-QImage with_palette(const QImage& picture) {
-  constexpr qsizetype largest_palette = 256;
-  constexpr int one_in = 50;
-  const QList<std::pair<int, QRgb>> colours = frequent_colours(picture);
+bool is_near(QRgb one, QRgb other, int distance) {
+  return std::abs(qRed(one) - qRed(other)) <= distance && std::abs(qGreen(one) - qGreen(other)) <= distance &&
+         std::abs(qBlue(one) - qBlue(other)) <= distance;
+}
+
+// Colours of which one is near to each colour of the picture; more than a palette holds when there are too
+// many.
+QList<QRgb> near_colours(const QList<std::pair<int, QRgb>>& colours, int distance) {
   QList<QRgb> palette;
-  int covered = 0;
-  for (const auto& [count, colour] : colours.first(std::min(colours.size(), largest_palette))) {
-    palette << colour;
-    covered += count;
+  for (const auto& [count, colour] : colours) {
+    const bool is_known = std::any_of(palette.begin(), palette.end(),
+                                      [&](QRgb known) { return is_near(known, colour, distance); });
+    if (!is_known) palette << colour;
+    if (palette.size() > largest_palette) break;
   }
-  const int pixels = picture.width() * picture.height();
-  if (pixels - covered > pixels / one_in) return picture;
-  return picture.convertToFormat(QImage::Format_Indexed8, palette, Qt::ThresholdDither);
+  return palette;
+}
+
+// A palette halves the file, and cannot be told from the original when every colour has one close by.
+QImage with_palette(const QImage& picture) {
+  constexpr int farthest = 10;
+  const QList<std::pair<int, QRgb>> colours = frequent_colours(picture);
+  for (int distance = 0; distance <= farthest; distance += 2) {
+    const QList<QRgb> palette = near_colours(colours, distance);
+    if (palette.size() <= largest_palette)
+      return picture.convertToFormat(QImage::Format_Indexed8, palette, Qt::ThresholdDither);
+  }
+  return picture;
 }
 
 class Camera {
@@ -152,6 +167,7 @@ void take_doctor(Workspace& workspace, Prompts& prompts, ui::f1& window, Camera&
   ui::doctor style_doctor(workspace, prompts, &window);
   style_doctor.show();
   press(style_doctor, "doctor_all");
+  if (auto* list = style_doctor.findChild<QTableView*>(); list != nullptr) list->selectRow(1);
   camera.take_dialog(style_doctor, QStringLiteral("doctor"));
 }
 
@@ -276,9 +292,9 @@ int main(int count, char** arguments) {
   QDir().mkpath(words[1]);
   Camera camera(QDir().absoluteFilePath(words[1]), words[2]);
   ui::apply_theme(words[2]);
-  const QTemporaryDir home;
-  qputenv("HOME", home.path().toUtf8());  // no Wine prefix of whoever takes the pictures
   const PictureFolder folder;
+  // No Wine prefix of whoever takes the pictures.
+  qputenv("HOME", QFileInfo(to_qt(folder.path())).path().toUtf8());
   ui::WindowSession session;
   session.open(folder.path());
   Status taken = prepare(session, words);
