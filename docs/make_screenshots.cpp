@@ -1,19 +1,25 @@
 // Makes the pictures of the user guide from the real windows: every window, in one theme.
 // Usage: ferrowen-screenshots OUTDIR light|dark [WIDTHxHEIGHT [LANGUAGE.m5l]]
-// The sample map is split and built with the real tools, so Java, splitter and mkgmap must be installed.
+// The pictures show the program folder: FERROWEN_PICTURES_FOLDER names one that does not exist yet and is
+// removed at the end, such as /home/mapper/ferrowen; else it is a temporary one. The sample map is split and
+// built with the real tools, so Java, splitter and mkgmap must be installed.
 #include <QApplication>
+#include <QComboBox>
 #include <QDialog>
 #include <QDir>
 #include <QStackedWidget>
 #include <QTabWidget>
+#include <QTableView>
 #include <QTemporaryDir>
 #include <QTest>
 #include <QTimer>
+#include <algorithm>
 #include <cstdio>
 #include <functional>
 
 #include "app/language_file.hpp"
 #include "base/files.hpp"
+#include "picture_samples.hpp"
 #include "platform/paths.hpp"
 #include "ui/about_box.hpp"
 #include "ui/autoscr.hpp"
@@ -43,13 +49,60 @@ using namespace ferrowen;
 using ui::to_qt;
 
 constexpr int settle_milliseconds = 400;
+constexpr qsizetype largest_palette = 256;
 const QSize usual_size(1180, 760);
 
 // Answers Yes and shows nothing, so that the work goes on.
 class SilentPrompts : public ui::HeldPrompts {
  public:
+  std::vector<std::string> chosen;  // whenever files are to be chosen
+
+  std::vector<std::string> choose_files(const FileQuestion& /*question*/) override { return chosen; }
   Answer ask(std::string_view /*text*/, Buttons /*buttons*/, Icon /*icon*/) override { return Answer::yes; }
 };
+
+// The colours of a picture by how many pixels have them, the most frequent first.
+QList<std::pair<int, QRgb>> frequent_colours(const QImage& picture) {
+  QHash<QRgb, int> counts;
+  for (int y = 0; y < picture.height(); ++y)
+    for (int x = 0; x < picture.width(); ++x)
+      ++counts[picture.pixel(x, y)];
+  QList<std::pair<int, QRgb>> colours;
+  for (auto each = counts.cbegin(); each != counts.cend(); ++each)
+    colours.emplaceBack(each.value(), each.key());
+  std::sort(colours.begin(), colours.end(), std::greater<>());
+  return colours;
+}
+
+bool is_near(QRgb one, QRgb other, int distance) {
+  return std::abs(qRed(one) - qRed(other)) <= distance && std::abs(qGreen(one) - qGreen(other)) <= distance &&
+         std::abs(qBlue(one) - qBlue(other)) <= distance;
+}
+
+// Colours of which one is near to each colour of the picture; more than a palette holds when there are too
+// many.
+QList<QRgb> near_colours(const QList<std::pair<int, QRgb>>& colours, int distance) {
+  QList<QRgb> palette;
+  for (const auto& [count, colour] : colours) {
+    const bool is_known = std::any_of(palette.begin(), palette.end(),
+                                      [&](QRgb known) { return is_near(known, colour, distance); });
+    if (!is_known) palette << colour;
+    if (palette.size() > largest_palette) break;
+  }
+  return palette;
+}
+
+// A palette halves the file, and cannot be told from the original when every colour has one close by.
+QImage with_palette(const QImage& picture) {
+  constexpr int farthest = 10;
+  const QList<std::pair<int, QRgb>> colours = frequent_colours(picture);
+  for (int distance = 0; distance <= farthest; distance += 2) {
+    const QList<QRgb> palette = near_colours(colours, distance);
+    if (palette.size() <= largest_palette)
+      return picture.convertToFormat(QImage::Format_Indexed8, palette, Qt::ThresholdDither);
+  }
+  return picture;
+}
 
 class Camera {
  public:
@@ -59,9 +112,7 @@ class Camera {
     QTest::qWait(settle_milliseconds);
     const QString path =
         m_folder + QLatin1Char('/') + name + QLatin1Char('-') + m_theme + QStringLiteral(".png");
-    // A palette of 256 colours halves the files and cannot be told from the original.
-    const QImage picture =
-        window.grab().toImage().convertToFormat(QImage::Format_Indexed8, Qt::ThresholdDither);
+    const QImage picture = with_palette(window.grab().toImage().convertToFormat(QImage::Format_RGB32));
     if (!picture.save(path)) m_failed = true;
     std::printf("%s\n", path.toLocal8Bit().constData());
   }
@@ -104,7 +155,24 @@ void take_main_window(ui::f1& window, ui::WindowSession& session, Camera& camera
   session.workspace.settings.device_image = true;
 }
 
-void take_dialogs(ui::f1& window, ui::WindowSession& session, Camera& camera) {
+template <typename Window>
+void take_converter(Workspace& workspace, SilentPrompts& prompts, ui::f1& window, const std::string& file,
+                    Camera& camera, const char* name) {
+  Window converter(workspace, prompts, &window);
+  converter.add_files({to_qt(file)});
+  camera.take_dialog(converter, QLatin1String(name));
+}
+
+void take_doctor(Workspace& workspace, Prompts& prompts, ui::f1& window, Camera& camera) {
+  ui::doctor style_doctor(workspace, prompts, &window);
+  style_doctor.show();
+  press(style_doctor, "doctor_all");
+  if (auto* list = style_doctor.findChild<QTableView*>(); list != nullptr) list->selectRow(1);
+  camera.take_dialog(style_doctor, QStringLiteral("doctor"));
+}
+
+void take_dialogs(ui::f1& window, ui::WindowSession& session, SilentPrompts& answers,
+                  const PictureSamples& samples, Camera& camera) {
   Workspace& workspace = session.workspace;
   Prompts& prompts = window.prompts();
   Progress& progress = window.progress();
@@ -136,19 +204,16 @@ void take_dialogs(ui::f1& window, ui::WindowSession& session, Camera& camera) {
   ui::unzip unzip(workspace, prompts, &window);
   camera.take_dialog(unzip, QStringLiteral("unzip"));
   ui::merge merge(workspace, prompts, &window);
+  answers.chosen = {samples.map, samples.contours};
+  press(merge, "Command1");
   camera.take_dialog(merge, QStringLiteral("merge"));
-  ui::doctor style_doctor(workspace, prompts, &window);
-  style_doctor.show();
-  press(style_doctor, "doctor_all");
-  camera.take_dialog(style_doctor, QStringLiteral("doctor"));
+  take_doctor(workspace, prompts, window, camera);
   ui::createtyp sheet(workspace, prompts, progress, &window);
   camera.take_dialog(sheet, QStringLiteral("createtyp"));
   ui::cmcolor colours(workspace.texts, &window);
   camera.take_dialog(colours, QStringLiteral("cmcolor"));
-  ui::gpx2mp tracks(workspace, prompts, &window);
-  camera.take_dialog(tracks, QStringLiteral("gpx2mp"));
-  ui::kml2mp placemarks(workspace, prompts, &window);
-  camera.take_dialog(placemarks, QStringLiteral("kml2mp"));
+  take_converter<ui::gpx2mp>(workspace, answers, window, samples.track, camera, "gpx2mp");
+  take_converter<ui::kml2mp>(workspace, answers, window, samples.placemarks, camera, "kml2mp");
   ui::autoscr scripts(workspace, prompts, &window);
   camera.take_dialog(scripts, QStringLiteral("autoscr"));
   ui::about_box about(workspace, &window);
@@ -168,6 +233,53 @@ QSize size_from(const QStringList& arguments) {
   return parts.size() == 2 ? QSize(parts[0].toInt(), parts[1].toInt()) : usual_size;
 }
 
+// Where the program folder of the pictures lies; gone at the end.
+class PictureFolder {
+ public:
+  PictureFolder() : m_path(qEnvironmentVariable("FERROWEN_PICTURES_FOLDER")) {
+    m_is_mine = !m_path.isEmpty() && !QFileInfo::exists(m_path) && QDir().mkpath(m_path);
+    if (!m_is_mine) m_path = m_temporary.path() + QStringLiteral("/ferrowen");
+  }
+  ~PictureFolder() {
+    if (m_is_mine) QDir(m_path).removeRecursively();
+  }
+  PictureFolder(const PictureFolder&) = delete;
+  PictureFolder& operator=(const PictureFolder&) = delete;
+  [[nodiscard]] std::string path() const { return ui::from_qt(m_path); }
+
+ private:
+  QTemporaryDir m_temporary;
+  QString m_path;
+  bool m_is_mine = false;
+};
+
+Status prepare(ui::WindowSession& session, const QStringList& words) {
+  Settings& settings = session.workspace.settings;
+  settings.splitter_options = "--output=o5m\r\n--max-nodes=10000";
+  settings.device_image = true;
+  settings.register_map = true;
+  settings.map_name = "Faroe Islands";
+  return words.size() > 4 ? use_language(session.workspace, ui::from_qt(words[4])) : Status{};
+}
+
+Status take_all(ui::WindowSession& session, const QStringList& words, Camera& camera) {
+  SilentPrompts prompts;
+  const std::string contour_tool = session.workspace.settings.contour_tool;
+  ui::f1 window(session.workspace, &prompts);
+  window.set_can_save(false);
+  window.resize(size_from(words));
+  window.show();
+  window.first_activation();
+  take_main_window(window, session, camera);
+  const Result<PictureSamples> samples = make_picture_samples(session.workspace, contour_tool);
+  if (!samples.ok()) return {samples.error};
+  window.show_record();
+  take_dialogs(window, session, prompts, samples.value, camera);
+  for (const std::string& text : prompts.texts())
+    std::fprintf(stderr, "%s\n", text.c_str());
+  return camera.failed() ? Status{"A picture could not be written."} : Status{};
+}
+
 }  // namespace
 
 int main(int count, char** arguments) {
@@ -178,32 +290,17 @@ int main(int count, char** arguments) {
     return 2;
   }
   QDir().mkpath(words[1]);
+  Camera camera(QDir().absoluteFilePath(words[1]), words[2]);
   ui::apply_theme(words[2]);
-  const QTemporaryDir home;
-  qputenv("HOME", home.path().toUtf8());  // no Wine prefix of whoever takes the pictures
+  const PictureFolder folder;
+  // No Wine prefix of whoever takes the pictures.
+  qputenv("HOME", QFileInfo(to_qt(folder.path())).path().toUtf8());
   ui::WindowSession session;
-  session.open(ui::from_qt(home.path() + QStringLiteral("/ferrowen")));
-  session.workspace.settings.splitter_options = "--output=o5m\r\n--max-nodes=10000";
-  session.workspace.settings.device_image = true;
-  session.workspace.settings.register_map = true;
-  session.workspace.settings.map_name = "Faroe Islands";
-  if (words.size() > 4) {
-    const Status chosen = use_language(session.workspace, ui::from_qt(words[4]));
-    if (!chosen.ok()) {
-      std::fprintf(stderr, "%s\n", chosen.error.c_str());
-      return 2;
-    }
-  }
-  SilentPrompts prompts;
-  ui::f1 window(session.workspace, &prompts);
-  window.set_can_save(false);
-  window.resize(size_from(words));
-  window.show();
-  window.first_activation();
-  Camera camera(words[1], words[2]);
-  take_main_window(window, session, camera);
-  take_dialogs(window, session, camera);
-  for (const std::string& text : prompts.texts())
-    std::fprintf(stderr, "%s\n", text.c_str());
-  return camera.failed() ? 1 : 0;
+  session.open(folder.path());
+  Status taken = prepare(session, words);
+  QDir::setCurrent(to_qt(folder.path()));
+  if (taken.ok()) taken = take_all(session, words, camera);
+  if (taken.ok()) return 0;
+  std::fprintf(stderr, "%s\n", taken.error.c_str());
+  return 1;
 }

@@ -7,6 +7,7 @@ namespace {
 std::vector<InterfaceItem> all_labels() {
   std::vector<InterfaceItem> items = labels_items();
   items.insert(items.end(), said_items().begin(), said_items().end());
+  items.insert(items.end(), finding_items().begin(), finding_items().end());
   items.insert(items.end(), word_items().begin(), word_items().end());
   return items;
 }

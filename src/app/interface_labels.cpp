@@ -180,6 +180,7 @@ const std::vector<InterfaceItem>& labels_items() {
       {"surplus_folder", "Folder"},
       {"surplus_list_folder", "Folder of the map"},
       {"surplus_size", "Size"},
+      {"surplus_megabytes", "%1 MB"},
       {"surplus_changed", "Changed"},
       {"surplus_registration", "Can be recovered"},
       {"surplus_total", "%1 of %2 ticked, %3"},

@@ -15,6 +15,8 @@ const std::vector<InterfaceItem>& tooltips_items();
 const std::vector<InterfaceItem>& labels_items();
 // Single lines of messages; %1 to %9 stand for what changes.
 const std::vector<InterfaceItem>& said_items();
+// What the readers of files find and the tools say of them; they belong to the lines above.
+const std::vector<InterfaceItem>& finding_items();
 const std::vector<InterfaceItem>& word_items();
 
 }  // namespace ferrowen

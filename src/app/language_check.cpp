@@ -27,6 +27,9 @@ std::string places_of(std::string_view text) {
   return places;
 }
 
+// What follows is put between this quote and one behind it.
+bool ends_with_opening_quote(std::string_view text) { return text.ends_with(" '") || text.ends_with(":'"); }
+
 // Names and paths are put before and behind texts: a blank or an opening quote at the end is a part of them.
 void compare(Problems& problems, std::string_view english, const LanguageText& translated) {
   const std::string_view text = translated.text;
@@ -36,7 +39,8 @@ void compare(Problems& problems, std::string_view english, const LanguageText& t
   }
   compare_end(problems, translated, english.starts_with(' '), text.starts_with(' '), "begins with a blank");
   compare_end(problems, translated, english.ends_with(' '), text.ends_with(' '), "ends with a blank");
-  compare_end(problems, translated, english.ends_with('\''), text.ends_with('\''), "ends with '");
+  compare_end(problems, translated, ends_with_opening_quote(english), ends_with_opening_quote(text),
+              "ends with '");
   if (places_of(english) != places_of(text))
     problems.push_back({translated.line, "The places (%1, %2, ...) are not those of the English text: \"" +
                                              std::string(english) + "\""});

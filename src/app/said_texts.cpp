@@ -50,12 +50,14 @@ struct Known {
 
 Known known_lines() {
   Known known;
-  for (const InterfaceItem& item : said_items()) {
-    Pattern pattern = pattern_of(item);
-    if (pattern.places.empty())
-      known.whole.emplace(item.english, item.key);
-    else
-      known.patterns.push_back(std::move(pattern));
+  for (const auto* items : {&said_items(), &finding_items()}) {
+    for (const InterfaceItem& item : *items) {
+      Pattern pattern = pattern_of(item);
+      if (pattern.places.empty())
+        known.whole.emplace(item.english, item.key);
+      else
+        known.patterns.push_back(std::move(pattern));
+    }
   }
   for (const InterfaceItem& item : word_items()) {
     if (Pattern pattern = pattern_of(item); !pattern.places.empty())
@@ -109,7 +111,16 @@ class Speaker {
       const std::optional<Captures> captures = match(pattern, english);
       if (captures) return filled(pattern, *captures, depth);
     }
-    return std::string(english);
+    return behind_a_place(english, depth);
+  }
+
+  // "FILE:12: what is wrong with it", whatever stands before the colon.
+  [[nodiscard]] std::string behind_a_place(std::string_view english, int depth) const {
+    constexpr std::string_view colon = ": ";
+    const std::size_t found = english.find(colon);
+    if (found == std::string_view::npos) return std::string(english);
+    const std::string_view rest = english.substr(found + colon.size());
+    return std::string(english.substr(0, found + colon.size())) + part(rest, depth + 1);
   }
 
   [[nodiscard]] std::string filled(const Pattern& pattern, const Captures& captures, int depth) const {

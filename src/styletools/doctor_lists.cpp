@@ -60,7 +60,7 @@ DoctorReport value_list(const LoadedStyle& style, const ListNames& names) {
     row.weight = impossible ? Weight::warning : Weight::note;
     row.marker = impossible ? finding_marker : plain_marker;
     row.finding = std::to_string(one.line->place.line) + include_letter(one.line->place.file);
-    row.detail = shown_rule(one.line->text);
+    row.detail = row.quoted = shown_rule(one.line->text);
     if (contains(one.line->text, "[0x")) row.key = written_type_key(get_type(one.line->text));
     report.add(std::move(row));
   }
@@ -88,8 +88,8 @@ DoctorReport statement_list(const LoadedStyle& style, DoctorCheck check, std::st
     row.finding = finding_of(statement);
     if (row.finding.empty()) continue;
     const std::string letter = include_letter(statement.place.file);
-    row.detail =
-        std::to_string(statement.place.line) + (letter.empty() ? " " : letter) + shown_rule(statement.text);
+    row.quoted = shown_rule(statement.text);
+    row.detail = std::to_string(statement.place.line) + (letter.empty() ? " " : letter) + row.quoted;
     if (!statement.types.empty()) row.key = written_type_key(get_type(statement.types.front()));
     report.add(std::move(row));
   }
@@ -133,7 +133,8 @@ DoctorReport parseplaces(const LoadedStyle& style) {
     DoctorRow row = row_at(DoctorCheck::places, style, statement.place);
     row.marker = plain_marker;
     row.finding = std::to_string(statement.place.line) + include_letter(statement.place.file);
-    row.detail = shown_rule(statement.text) + std::string(size);
+    row.quoted = shown_rule(statement.text);
+    row.detail = row.quoted + std::string(size);
     row.key = rule.key;
     report.add(std::move(row));
   }
@@ -152,7 +153,7 @@ DoctorReport parse_notused(const LoadedStyle& style) {
     row.weight = Weight::hint;
     row.marker = finding_marker;
     row.finding = "Not Used";
-    row.detail = shown_rule(trim(line.text));
+    row.detail = row.quoted = shown_rule(trim(line.text));
     report.add(std::move(row));
   }
   if (!report.rows.empty()) return report;

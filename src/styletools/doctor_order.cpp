@@ -62,6 +62,7 @@ class StyleCheck {
   void add(const StyleStatement& statement, Weight weight, const char* marker, Words words) {
     add(statement.place, weight, marker, std::move(words));
     m_report.rows.back().key = written_type_key(get_type(statement.types.front()));
+    m_report.rows.back().quoted = shown_rule(statement.text);
   }
 
   void add_problems() {

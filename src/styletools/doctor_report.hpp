@@ -44,6 +44,7 @@ struct DoctorRow {
   RuleKind kind = RuleKind::polygons;
   // The four columns.
   std::string marker, kind_text, finding, detail;
+  std::string quoted;  // the part of the detail that is the style's or the TYP file's own text
   // Where it is.
   std::string file;  // path; "" when the row belongs to no line
   std::uint32_t line = 0;

@@ -105,7 +105,8 @@ DoctorReport parse_roadclass(const LoadedStyle& style) {
     row.finding = found.text;
     row.detail = std::to_string(statement.place.line);
     if (rule.road_class != 0) row.detail += " Road Class " + std::to_string(rule.road_class - 1);
-    row.detail += " " + shown_rule(statement.text);
+    row.quoted = shown_rule(statement.text);
+    row.detail += " " + row.quoted;
     row.key = rule.key;
     report.add(std::move(row));
   }

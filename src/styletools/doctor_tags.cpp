@@ -111,7 +111,7 @@ class TagCheck {
       row.weight = weight_of(tag);
       row.marker = row.counts() ? finding_marker : plain_marker;
       row.finding = "'" + tag + "' not found.";
-      row.detail = shown_rule(statement.text);
+      row.detail = row.quoted = shown_rule(statement.text);
       m_report.add(std::move(row));
     }
   }

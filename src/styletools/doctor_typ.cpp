@@ -44,7 +44,8 @@ class TypCheck {
       row.weight = Weight::warning;
       row.marker = finding_marker;
       row.finding = "Not in TYP";
-      row.detail = shown_rule(statement.condition.empty() ? statement.text : statement.condition);
+      row.detail = row.quoted =
+          shown_rule(statement.condition.empty() ? statement.text : statement.condition);
       row.key = rules.types[at];
       m_report.add(std::move(row));
     }
@@ -121,6 +122,7 @@ class TypCheck {
   void add_definition(const TypDefinition& definition, const char* marker, const char* finding) {
     DoctorRow row = definition_row(definition, marker, finding);
     row.detail = description(definition);
+    row.quoted = label_text(definition);
     m_report.add(std::move(row));
   }
 

@@ -25,7 +25,7 @@ namespace {
 
 constexpr int window_width = 980, window_height = 620;
 constexpr int typing_pause = 250;  // milliseconds without a key before the script is checked
-constexpr int side_width = 200, centre_width = 520;
+constexpr int side_width = 170, centre_width = 530, tags_width = 265;
 constexpr int message_continue = 171, message_cannot_find = 35;
 constexpr int most_checked_letters = 1 << 20;  // more would hold up the typing
 constexpr std::uint64_t largest_script = 16ULL << 20;
@@ -66,7 +66,7 @@ autoscr::autoscr(Workspace& workspace, Prompts& prompts, QWidget* parent)
   columns->addWidget(make_centre());
   columns->addWidget(make_right());
   columns->setStretchFactor(1, 1);
-  columns->setSizes({side_width, centre_width, side_width});
+  columns->setSizes({side_width, centre_width, tags_width});
   auto* buttons = new QDialogButtonBox(this);
   QPushButton* start = push_button(buttons, "script_run");
   buttons->addButton(start, QDialogButtonBox::ActionRole);

@@ -147,7 +147,7 @@ QWidget* contours::make_dem() {
   links->addWidget(button("Label6", "srtm_page", "srtm_page",
                           [this] { open_page(srtm_base_address(m_workspace.settings)); }));
   links->addStretch();
-  links->addWidget(button("contours_ok", "ok", "contours_ok", [this] { accept(); }));
+  m_accept = button("contours_ok", "ok", "contours_ok", [this] { accept(); });
   grid->addLayout(links, 2, 0, 1, 3);
   return page;
 }

@@ -212,9 +212,9 @@ void createtyp::show_problems() {
   m_problems->clear();
   if (m_source) {
     for (const std::string& text : missing_files(m_source->kinds))
-      m_problems->addItem(to_qt(text));
+      m_problems->addItem(m_binder.said(text));
     for (const std::string& text : m_source->problems)
-      m_problems->addItem(to_qt(text));
+      m_problems->addItem(m_binder.said(text));
   }
   m_problem_side->setVisible(m_problems->count() > 0);
 }

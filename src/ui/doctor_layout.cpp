@@ -147,7 +147,7 @@ QWidget* doctor::make_list() {
   m_list->horizontalHeader()->setSectionResizeMode(DoctorTable::detail, QHeaderView::Stretch);
   m_list->horizontalHeader()->setHighlightSections(false);
   for (const auto& [column, width] : {std::pair(DoctorTable::marker, 34), std::pair(DoctorTable::kind, 68),
-                                      std::pair(DoctorTable::finding, 150), std::pair(DoctorTable::type, 92),
+                                      std::pair(DoctorTable::finding, 190), std::pair(DoctorTable::type, 92),
                                       std::pair(DoctorTable::place, 96)})
     m_list->setColumnWidth(column, width);
   auto* row = new QHBoxLayout;

@@ -20,6 +20,15 @@ QString place_text(const DoctorRow& row) {
   return row.line == 0 ? name : name + QLatin1Char(':') + QString::number(row.line);
 }
 
+// The words around what is quoted; a rule is shown as it was written.
+QString detail_text(const DoctorRow& row, const TextBinder& binder) {
+  const std::string_view detail = row.detail;
+  const std::size_t at = row.quoted.empty() ? std::string_view::npos : detail.find(row.quoted);
+  if (at == std::string_view::npos) return binder.said(detail);
+  return binder.said(detail.substr(0, at)) + to_qt(row.quoted) +
+         binder.said(detail.substr(at + row.quoted.size()));
+}
+
 QString cell_text(const DoctorRow& row, int column, const TextBinder& binder) {
   switch (column) {
     case DoctorTable::marker:
@@ -29,7 +38,7 @@ QString cell_text(const DoctorRow& row, int column, const TextBinder& binder) {
     case DoctorTable::finding:
       return binder.said(row.finding);
     case DoctorTable::detail:
-      return binder.said(row.detail).trimmed();
+      return detail_text(row, binder).trimmed();
     case DoctorTable::type:
       return to_qt(row.key);
     case DoctorTable::place:
@@ -69,7 +78,7 @@ QVariant DoctorTable::data(const QModelIndex& index, int role) const {
     case Qt::ToolTipRole:
       return shown.other_place.empty()
                  ? cell_text(shown, index.column(), m_binder)
-                 : m_binder.text(Section::labels, "doctor_earlier").arg(to_qt(shown.other_place));
+                 : m_binder.text(Section::labels, "doctor_earlier").arg(m_binder.said(shown.other_place));
     case Qt::ForegroundRole:
       return colour_of(shown.weight);
     case Qt::FontRole: {

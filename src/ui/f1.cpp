@@ -16,6 +16,7 @@
 #include "app/start_up.hpp"
 #include "app/style_backup.hpp"
 #include "base/files.hpp"
+#include "base/text.hpp"
 #include "pipeline/registration.hpp"
 #include "pipeline/tiles/tile_list.hpp"
 #include "platform/paths.hpp"
@@ -61,6 +62,7 @@ f1::f1(Workspace& workspace, Prompts* prompts)
   resize(first_size);
   restore_layout();
   apply_texts();
+  m_java_label->clear();  // until it has been asked for
 }
 
 f1::~f1() = default;
@@ -77,23 +79,33 @@ void f1::apply_texts() {
 }
 
 // Everything here may take a while: the window is already seen, and stays alive.
-void f1::first_activation() {
+void f1::first_activation(const HeldPrompts& notes) {
   m_plot->add_layer(std::make_unique<CoastLayer>(load_coastline()));
   run_stage([this] {
     reload_tiles();
     query_java();
     build_services(*m_prompts, *m_progress).collect_registered(m_workspace);
+    show_missing_tools();
+    m_status->clear();
+  });
+  if (m_close_when_done) return;
+  // One box for everything that the start-up had to say, over a window that knows its tools.
+  if (!notes.texts().empty()) m_prompts->tell(join_texts(notes.texts(), "\r\n\r\n"), notes.heaviest());
+  run_stage([this] {
     const AfterStartUp next = check_main_path(m_workspace, *m_prompts);
     if (next == AfterStartUp::offer_restore) restored(restore_settings(m_workspace, *m_prompts));
     if (next == AfterStartUp::open_settings) show_settings_window(Page::tools);
-    if (!essential_tools_present(m_workspace)) {
-      m_stack->setCurrentWidget(m_tools_page);
-      m_tools_page->look_again(*m_progress);
-    }
+    if (next != AfterStartUp::ready) show_missing_tools();
     if (!m_workspace.settings.always_collect_fids) m_status->setText(to_qt(m_workspace.message(224)));
     const std::string reminder = style_backup_reminder(m_workspace, std::time(nullptr));
     if (!reminder.empty()) m_status->setText(shown_text(reminder));
   });
+}
+
+void f1::show_missing_tools() {
+  if (essential_tools_present(m_workspace)) return;
+  m_stack->setCurrentWidget(m_tools_page);
+  m_tools_page->look_again(*m_progress);
 }
 
 void f1::show_record() {

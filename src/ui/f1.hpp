@@ -19,6 +19,7 @@
 #include "pipeline/build.hpp"
 #include "ui/console_panel.hpp"
 #include "ui/field_form.hpp"
+#include "ui/held_prompts.hpp"
 #include "ui/log_panel.hpp"
 #include "ui/text_binder.hpp"
 #include "ui/tile_plot.hpp"
@@ -48,8 +49,9 @@ class f1 : public QMainWindow {
   explicit f1(Workspace& workspace, Prompts* prompts = nullptr);
   ~f1() override;
 
-  // What has to wait until the window is seen: the Java version, the main path, missing tools.
-  void first_activation();
+  // What has to wait until the window is seen: the Java version, missing tools, what the start-up had to say
+  // and the main path.
+  void first_activation(const HeldPrompts& notes = HeldPrompts());
   // A map file or script from the command line, a dialog, or dropped on the window.
   void open_input(const QString& path);
   [[nodiscard]] bool busy() const { return m_busy; }
@@ -152,6 +154,7 @@ class f1 : public QMainWindow {
   void show_mkgmap_version();
   void write_template();
   void query_java();
+  void show_missing_tools();
   void open_guide();
   void show_installed_maps();
   void show_unused_maps();

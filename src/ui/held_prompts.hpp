@@ -1,6 +1,7 @@
 // Before there is a window, messages wait here; it shows them when it can be seen. Questions are answered No.
 #pragma once
 
+#include <algorithm>
 #include <string>
 #include <vector>
 
@@ -12,7 +13,12 @@ class HeldPrompts : public Prompts {
  public:
   [[nodiscard]] const std::vector<std::string>& texts() const { return m_texts; }
 
-  void tell(std::string_view text, Icon /*icon*/) override { m_texts.emplace_back(text); }
+  [[nodiscard]] Icon heaviest() const { return m_heaviest; }
+
+  void tell(std::string_view text, Icon icon) override {
+    m_texts.emplace_back(text);
+    m_heaviest = std::max(m_heaviest, icon);
+  }
   Answer ask(std::string_view text, Buttons /*buttons*/, Icon /*icon*/) override {
     m_texts.emplace_back(text);
     return Answer::no;
@@ -26,6 +32,7 @@ class HeldPrompts : public Prompts {
 
  private:
   std::vector<std::string> m_texts;
+  Icon m_heaviest = Icon::none;
 };
 
 }  // namespace ferrowen::ui

@@ -6,7 +6,6 @@
 #include <QTimer>
 
 #include "app/version.hpp"
-#include "base/text.hpp"
 #include "platform/paths.hpp"
 #include "platform/system.hpp"
 #include "ui/f1.hpp"
@@ -41,10 +40,7 @@ void parse(QCommandLineParser& parser, const QApplication& application) {
 }
 
 void begin(ui::f1& window, const ui::WindowSession& session, const QStringList& files) {
-  // One box for everything that the start-up had to say.
-  if (!session.notes.texts().empty())
-    window.prompts().tell(join_texts(session.notes.texts(), "\r\n\r\n"), Icon::warning);
-  window.first_activation();
+  window.first_activation(session.notes);
   if (!files.isEmpty()) window.open_input(to_qt(platform::absolute(ui::from_qt(files.first()))));
 }
 

@@ -24,6 +24,12 @@ namespace {
 constexpr int folder_column = 0, size_column = 1, changed_column = 2, registration_column = 3, columns = 4;
 constexpr int window_width = 760, window_height = 460;
 
+QString size_text(const TextBinder& binder, qulonglong bytes) {
+  constexpr double bytes_of_a_megabyte = 1e6;
+  const QString megabytes = QLocale().toString(static_cast<double>(bytes) / bytes_of_a_megabyte, 'f', 1);
+  return binder.text(Section::labels, "surplus_megabytes").arg(megabytes);
+}
+
 }  // namespace
 
 surplus::surplus(Workspace& workspace, Prompts& prompts, Progress& progress, QWidget* parent)
@@ -144,7 +150,7 @@ void surplus::show_folders(const Folders& folders) {
   for (const std::string& path : folders) {
     auto* item = new QTreeWidgetItem(m_list, {to_qt(path)});
     const std::uint64_t size = map_folder_size(path);
-    item->setText(size_column, QLocale().formattedDataSize(static_cast<qint64>(size)));
+    item->setText(size_column, size_text(m_binder, size));
     item->setData(size_column, Qt::UserRole, QVariant::fromValue<qulonglong>(size));
     item->setTextAlignment(size_column, Qt::AlignRight | Qt::AlignVCenter);
     item->setText(changed_column,
@@ -178,7 +184,7 @@ void surplus::show_ticked() {
   m_total->setText(m_binder.text(Section::labels, "surplus_total")
                        .arg(count)
                        .arg(m_list->topLevelItemCount())
-                       .arg(QLocale().formattedDataSize(static_cast<qint64>(bytes))));
+                       .arg(size_text(m_binder, bytes)));
 }
 
 void surplus::tick_all() {

@@ -2,8 +2,10 @@
 
 #include <QApplication>
 #include <QPalette>
+#include <QProxyStyle>
 #include <QStyle>
 #include <QStyleFactory>
+#include <QStyleOptionButton>
 #ifdef Q_OS_WIN
 #include <QSettings>
 #else
@@ -44,6 +46,23 @@ QPalette dark_palette() {
   return palette;
 }
 
+// The style draws the edge of an empty box or circle darker than the window, which nobody sees on dark
+// ground.
+class DarkStyle : public QProxyStyle {
+ public:
+  DarkStyle() : QProxyStyle(QStringLiteral("Fusion")) {}
+
+  void drawPrimitive(PrimitiveElement element, const QStyleOption* option, QPainter* painter,
+                     const QWidget* widget) const override {
+    const auto* button = qstyleoption_cast<const QStyleOptionButton*>(option);
+    const bool has_edge = element == PE_IndicatorCheckBox || element == PE_IndicatorRadioButton;
+    if (!has_edge || button == nullptr) return QProxyStyle::drawPrimitive(element, option, painter, widget);
+    QStyleOptionButton edged(*button);
+    edged.palette.setColor(QPalette::Window, QColor(170, 174, 180));
+    QProxyStyle::drawPrimitive(element, &edged, painter, widget);
+  }
+};
+
 // What the desktop says where its own platform theme has not told Qt already.
 bool desktop_is_dark() {
 #ifdef Q_OS_WIN
@@ -65,7 +84,7 @@ void apply_theme(const QString& name) {
   const bool dark = name.isEmpty() ? desktop_is_dark() && !already_dark : name == QStringLiteral("dark");
   if (name.isEmpty() && !dark) return;
   // Only this style takes every colour from the palette.
-  QApplication::setStyle(QStyleFactory::create(QStringLiteral("Fusion")));
+  QApplication::setStyle(dark ? new DarkStyle : QStyleFactory::create(QStringLiteral("Fusion")));
   QApplication::setPalette(dark ? dark_palette() : QApplication::style()->standardPalette());
 }
 

@@ -65,6 +65,7 @@ void ToolWindow::finish_layout(Runs runs) {
   auto* end = new QHBoxLayout;
   end->addWidget(m_status, 1);
   end->addWidget(m_stop);
+  if (m_accept != nullptr) end->addWidget(m_accept);
   end->addWidget(m_close);
   auto* column = new QVBoxLayout(this);
   column->addWidget(m_body, 1);

@@ -55,7 +55,8 @@ class ToolWindow : public QDialog {
   Prompts& m_prompts;
   TextBinder m_binder;
   QWidget* m_body;
-  QVBoxLayout* m_column;  // of the body
+  QVBoxLayout* m_column;            // of the body
+  QPushButton* m_accept = nullptr;  // beside the closing button, in windows that have one
   std::optional<WindowProgress> m_progress;
 
  private:

@@ -17,7 +17,8 @@ constexpr QSize picture_size(72, 32);
 
 }  // namespace
 
-TypList::TypList(const TextBinder& binder, QWidget* parent, Order order) : QTreeWidget(parent) {
+TypList::TypList(const TextBinder& binder, QWidget* parent, Order order)
+    : QTreeWidget(parent), m_binder(binder) {
   setRootIsDecorated(false);
   setUniformRowHeights(true);
   setIconSize(picture_size);
@@ -44,11 +45,11 @@ void TypList::add(RuleKind kind, const TypDefinition& definition, QList<QTreeWid
   const qreal ratio = devicePixelRatioF();
   item->setIcon(day_column, typ_pixmap(kind, definition, TypLight::day, picture_size, ratio));
   item->setIcon(night_column, typ_pixmap(kind, definition, TypLight::night, picture_size, ratio));
-  item->setText(kind_column, to_qt(kind_title(kind)));
+  item->setText(kind_column, m_binder.said(kind_title(kind)));
   item->setText(type_column, to_qt(type_code(definition.type, definition.subtype)));
-  item->setText(label_column,
-                to_qt(definition.damage.empty() ? label_text(definition)
-                                                : label_text(definition) + " (" + definition.damage + ")"));
+  QString label = to_qt(label_text(definition));
+  if (!definition.damage.empty()) label += QStringLiteral(" (%1)").arg(m_binder.said(definition.damage));
+  item->setText(label_column, label);
   if (columnCount() > order_column && definition.draw_order > 0)
     item->setData(order_column, Qt::DisplayRole, static_cast<int>(definition.draw_order));
   items << item;

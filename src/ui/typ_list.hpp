@@ -18,6 +18,8 @@ class TypList : public QTreeWidget {
 
  private:
   void add(RuleKind kind, const TypDefinition& definition, QList<QTreeWidgetItem*>& items) const;
+
+  const TextBinder& m_binder;
 };
 
 }  // namespace ferrowen::ui

@@ -1,6 +1,7 @@
 #include <doctest/doctest.h>
 
 #include "app/interface_lists.hpp"
+#include "app/language_file.hpp"
 #include "app/osm_tag_keys.hpp"
 #include "app/said_texts.hpp"
 #include "app/settings.hpp"
@@ -12,6 +13,9 @@
 #include "mp/mp_types.hpp"
 #include "pipeline/tiles/input_file.hpp"
 #include "pipeline/tiles/splitter.hpp"
+#include "styletools/rule_mistakes.hpp"
+#include "styletools/style_doctor.hpp"
+#include "styletools/typ_reader.hpp"
 
 using namespace ferrowen;
 
@@ -77,7 +81,7 @@ TEST_CASE("what the core says is shown in the language of the windows, line by l
 
 TEST_CASE("every English line stays as it is without a language file") {
   const InterfaceTexts texts;
-  for (const auto* items : {&said_items(), &word_items()}) {
+  for (const auto* items : {&said_items(), &finding_items(), &word_items()}) {
     for (const InterfaceItem& item : *items)
       CHECK(said(texts, item.english) == item.english);
   }
@@ -126,4 +130,59 @@ TEST_CASE("messages of the checks are in the lists") {
   check_is_known(check_memory("lots").error);
   check_is_known(java_not_installed);
   check_is_known(download_message({}, Workspace()));
+}
+
+TEST_CASE("what the style doctor finds is in the lists") {
+  const std::string rules =
+      "highway=a [0x10 resolution 20]\nend\nelse\nhighway=b {fly} [0x10 resolution]\nhighway=c\n"
+      "if (highway=d\n! highway=e [0x11]\na= & b=c [0x11]\nlength()>3 [0x12]\ninclude 'none';\n"
+      "highway=f [road resolution 20]\nhighway=g [0x13 colour=red]\nhighway='h [0x14]\n"
+      "highway=primary {delete ref} [0x04 road_class=0 road_speed=3 resolution 20]\n"
+      "highway=primary & ref=1 [0x44 road_class=4 resolution 26]\nname=${x} [0x15 level 2]\nx=y [0x16";
+  for (const RuleKind kind : rule_kinds) {
+    LoadedStyle style;
+    style.text = read_style_text(
+        kind, {std::string(rule_file_name(kind)), "", rules},
+        [](const StyleInclude&, const std::string&) { return std::optional<StyleFileBytes>(); });
+    style.rules = get_styletypes(style.text);
+    for (StyleProblem& mistake : rule_mistakes(style.rules))
+      style.style_problems.push_back(std::move(mistake));
+    for (const DoctorCheck check : doctor_checks) {
+      const TypFile typ;
+      for (const DoctorRow& row : run_check(check, style, &typ, 0).rows) {
+        const bool is_word = row.finding.find_first_not_of("-0123456789 ") != std::string::npos;
+        if (is_word && row.finding != "MKGMAP") check_is_known(row.finding);
+        check_is_known(row.kind_text);
+        if (row.quoted.empty() && row.finding == "Check") check_is_known(row.detail);
+      }
+    }
+  }
+}
+
+// English, and what must be left of it in another language.
+TEST_CASE("assembled findings come out translated in every shipped language") {
+  const std::vector<std::pair<std::string, std::string>> lines{
+      {"There is something behind the test: x y", ": x y"},
+      {"'fly' is no action.", "fly"},
+      {"A type must begin with its number, not with '0xZZ'.", "0xZZ"},
+      {"(never for a=b & the 'if' of line 7)", "a=b & "},
+      {"(change road_class:0)(change road_class:1)", "1)"},
+      {"TYP file, byte 12: polygons, type 0x13: the drawing goes beyond the end of its definition", "0x13"},
+      {"byte 4: the index of the lines goes beyond the end of the file", "(lines)"},
+      {"/styles/x/lines:12: 'inc/a' includes itself.", "/styles/x/lines:12: "},
+      {"track.gpx: line 3: latitude '9x' is no number; the point is left out", "9x"},
+      {"N46W007.zip is a zip archive that cannot be unpacked: N46W007.hgt: the packed data ends early.",
+       "N46W007.hgt: "},
+      {"Cannot be written in a console script because it holds a line end: /a", ": /a"}};
+  for (const char* file : {"deutsch", "francais"}) {
+    Workspace workspace;
+    const std::string path = std::string(FERROWEN_SOURCE_FOLDER) + "/assets/languages/" + file + ".m5l";
+    REQUIRE(load_language(workspace, path).ok());
+    for (const auto& [english, kept] : lines) {
+      const std::string spoken = said(workspace.texts, english);
+      CHECK_MESSAGE(contains(spoken, kept), spoken);
+      for (const std::string_view word : {" the ", "The ", " is ", " goes ", "change ", "must ", "line "})
+        CHECK_MESSAGE((!contains(english, word) || !contains(spoken, word)), spoken);
+    }
+  }
 }

@@ -1,5 +1,7 @@
 // The main window, by clicks and keys: from a map file to a finished map, the checks on the way, and what is
 // remembered.
+#include <QGroupBox>
+#include <QMenu>
 #include <QSignalSpy>
 #include <QTest>
 #include <QTimer>
@@ -39,6 +41,49 @@ struct PreparedDesk : Desk {
   }
 };
 
+QString plain(QString text) { return text.remove(QLatin1Char('&')).trimmed(); }
+
+// Captions and tooltips of the whole window and its menus, by where they stand.
+QMap<QString, QString> texts_of(const ui::f1& window) {
+  QMap<QString, QString> texts;
+  const auto add = [&](const QString& kind, const QString& text) {
+    if (!text.isEmpty()) texts.insert(kind + QString::number(texts.size()), plain(text));
+  };
+  for (const QWidget* widget : window.findChildren<QWidget*>()) {
+    if (const auto* button = qobject_cast<const QAbstractButton*>(widget)) add("button", button->text());
+    if (const auto* label = qobject_cast<const QLabel*>(widget)) add("label", label->text());
+    if (const auto* box = qobject_cast<const QGroupBox*>(widget)) add("box", box->title());
+    if (const auto* menu = qobject_cast<const QMenu*>(widget)) add("menu", menu->title());
+    add("tooltip", widget->toolTip());
+  }
+  for (const QAction* action : window.findChildren<QAction*>())
+    if (!action->objectName().isEmpty()) add("entry", action->text());
+  return texts;
+}
+
+// What the program itself has to say in English, without the names and words that other languages share.
+QSet<QString> english_texts() {
+  QSet<QString> texts;
+  for (const Section section :
+       {Section::commands, Section::settings, Section::menus, Section::tooltips, Section::labels})
+    for (const InterfaceItem& item : interface_items(section))
+      texts.insert(plain(to_qt(item.english)));
+  const std::string shared =
+      read_whole_file(FERROWEN_SOURCE_FOLDER "/tests/fixtures/languages/same_words.txt");
+  for (const std::string& word : split_lines(shared))
+    texts.remove(to_qt(word));
+  return texts;
+}
+
+void choose_language(const Desk& desk, const QString& name) {
+  auto* menu = desk.control<QMenu>("mlan");
+  Q_EMIT menu->aboutToShow();
+  for (QAction* action : menu->actions()) {
+    if (action->text() == name) return action->trigger();
+  }
+  QFAIL("no such language");
+}
+
 QPoint middle_of(ui::TilePlot* plot, std::size_t tile) {
   return plot->tile_rectangle(tile).center().toPoint();
 }
@@ -57,6 +102,8 @@ class TestF1 : public QObject {
   void stopped_run_leaves_the_window_ready();
   void closing_during_a_run();
   void languages();
+  void shipped_languages();
+  void first_message();
   void first_start_without_tools();
   void odd_settings_files();
   void folder_that_cannot_be_used();
@@ -250,27 +297,57 @@ void TestF1::languages() {
       "Karte "
       "teilen\n</commands>\n<labels>\nmap_data:1 Kartendaten\n</labels>\n<messages>\n37:Muss nicht geteilt "
       "werden\n");
-  auto* menu = desk.control<QMenu>("mlan");
-  const auto choose = [&](const QString& name) {
-    Q_EMIT menu->aboutToShow();
-    for (QAction* action : menu->actions()) {
-      if (action->text() == name) return action->trigger();
-    }
-    QFAIL("no such language");
-  };
   const auto caption = [&] {
     return desk.control<QPushButton>("Command_split")->text().remove(QLatin1Char('&'));
   };
-  choose(QStringLiteral("Prüfsprache"));
+  choose_language(desk, QStringLiteral("Prüfsprache"));
   QCOMPARE(caption(), QStringLiteral("Karte teilen"));
   QCOMPARE(desk.control<QLabel>("lab1")->text(), QStringLiteral("Muss nicht geteilt werden"));
   desk.close();
   desk.open();
   QCOMPARE(caption(), QStringLiteral("Karte teilen"));
-  menu = desk.control<QMenu>("mlan");
-  choose(QStringLiteral("English"));
+  choose_language(desk, QStringLiteral("English"));
   QCOMPARE(caption(), QStringLiteral("Split Map"));
   QCOMPARE(desk.control<QLabel>("lab1")->text(), QStringLiteral("Does not need splitting"));
+}
+
+// Deutsch, Français and back, in the open window: no caption stays behind.
+void TestF1::shipped_languages() {
+  PreparedDesk desk;
+  for (const char* file : {"deutsch.m5l", "francais.m5l"})
+    desk.write("languages/" + std::string(file),
+               read_whole_file(std::string(FERROWEN_SOURCE_FOLDER "/assets/languages/") + file));
+  const QMap<QString, QString> before = texts_of(*desk.window);
+  const QSet<QString> english = english_texts();
+  for (const QString& language : {QStringLiteral("Deutsch"), QStringLiteral("Français")}) {
+    choose_language(desk, language);
+    const QMap<QString, QString> after = texts_of(*desk.window);
+    QCOMPARE(after.keys(), before.keys());
+    for (const QString& text : after)
+      QVERIFY2(!english.contains(text), qPrintable(language + QStringLiteral(": ") + text));
+    QVERIFY(plain(desk.control<QMenu>("mf")->title()) != QStringLiteral("File"));
+  }
+  choose_language(desk, QStringLiteral("English"));
+  QCOMPARE(texts_of(*desk.window), before);
+}
+
+// What the start-up had to say stands over a window that knows its tools.
+void TestF1::first_message() {
+  Desk desk;
+  desk.open();
+  const auto* java = desk.control<QLabel>("javlab");
+  ui::HeldPrompts notes;
+  notes.tell("one", Icon::information);
+  notes.tell("two", Icon::warning);
+  ui::f1 window(desk.workspace(), &desk.prompts);
+  QVERIFY(window.findChild<QLabel*>(QStringLiteral("javlab"))->text().isEmpty());
+  bool is_seen = false;
+  desk.prompts.on_text = [&](const auto& said) {
+    is_seen = said.text == "one\r\n\r\ntwo" && said.icon == Icon::warning && !window.busy() &&
+              window.findChild<QLabel*>(QStringLiteral("javlab"))->text() == java->text();
+  };
+  window.first_activation(notes);
+  QVERIFY(is_seen);
 }
 
 void TestF1::first_start_without_tools() {
