@@ -5,6 +5,7 @@ namespace ferrowen {
 const std::vector<InterfaceItem>& commands_items() {
   static const std::vector<InterfaceItem> items = {
       {"close", "Close"},
+      {"guide_back", "Back"},
       {"apply", "Apply"},
       {"cancel", "Cancel"},
       {"continue", "Continue?"},
