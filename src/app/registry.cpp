@@ -81,7 +81,9 @@ Status import_removal(Registry& registry, const std::string& key, const std::str
   if (Status saved = safe_write(file, encode_registry_text(text)); !saved.ok()) return saved;
   const Status imported = registry.import_file(file, tick);
   const Status removed = remove_file(file);
-  return imported.ok() ? removed : imported;
+  if (!imported.ok()) return imported;
+  registry.refresh();
+  return registry.key(key).exists ? Status{key + ": the registry editor did not delete it"} : removed;
 }
 
 std::string path_on_z(const std::string& path) {

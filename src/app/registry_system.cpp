@@ -43,16 +43,14 @@ class SystemRegistry : public Registry {
     return {platform::run_elevated("regedit.exe", "/s \"" + path + "\" /s", platform::folder_of(path), tick)};
   }
 
-  // What an ordinary user may not delete is left to the registry editor too; its silence says nothing, so the
-  // key is looked for again.
+  // What an ordinary user may not delete is left to the registry editor, which asks for the rights.
   Status remove_key(const std::string& path, const std::function<void()>& tick) override {
     const Place place = place_of(path);
     if (!place.known) return {path + ": not a key to delete"};
     const platform::RegistryDeletion deletion = platform::delete_registry_key(place.root, place.key);
     if (deletion.fault == platform::RegistryFault::none) return {};
     const Status imported = import_removal(*this, path, m_work_folder, tick);
-    if (!imported.ok()) return {path + ": " + imported.error};
-    return key(path).exists ? Status{path + ": " + deletion.reason} : Status{};
+    return imported.ok() ? imported : Status{path + ": " + deletion.reason + "\r\n" + imported.error};
   }
 
   void refresh() override {}

@@ -97,7 +97,7 @@ class WineRegistry : public Registry {
 
   void load();
   void load_files();
-  bool load_from_server();
+  Status load_from_server();
   Status regedit(const std::vector<std::string>& words, const std::function<void()>& tick) const;
   // The user's own keys under the name that they are read by.
   [[nodiscard]] std::string on_current_user(const std::string& path) const {
@@ -127,7 +127,9 @@ void WineRegistry::load() {
   // Asked first: a server that ends while the files are being read has written them too late for this.
   const bool server_runs = platform::wine_server_runs(m_prefix);
   load_files();
-  if (server_runs) load_from_server();
+  if (!server_runs) return;
+  // What the files say may be half a minute old: nothing is to be registered after that.
+  if (const Status loaded = load_from_server(); !loaded.ok()) m_problem = loaded.error;
 }
 
 void WineRegistry::load_files() {
@@ -147,18 +149,21 @@ void WineRegistry::load_files() {
   m_user = root.starts_with(user_root) ? root.substr(user_root.size()) : "";
 }
 
-bool WineRegistry::load_from_server() {
+Status WineRegistry::load_from_server() {
   RegistryTree tree;
   const std::string file = registry_work_file(m_work_folder);
-  // An export that cannot be written must not look like a registry without maps.
-  if (!safe_write(file, "").ok()) return false;
   for (const std::string_view key : exported) {
-    if (!remove_file(file).ok()) return false;
-    if (!regedit({"/e", file, std::string(key)}, {}).ok()) return false;
-    tree.apply(parse_registry_file(read_whole_file(file)).changes);  // no file: no such key
+    // An export that cannot be written must not look like a registry without maps.
+    if (Status writable = safe_write(file, ""); !writable.ok()) return writable;
+    if (Status removed = remove_file(file); !removed.ok()) return removed;
+    const Status told = regedit({"/e", file, std::string(key)}, {});
+    const std::string text = read_whole_file(file);  // no file: no such key
+    if (Status cleared = remove_file(file); !cleared.ok()) return cleared;
+    if (!told.ok()) return told;
+    tree.apply(parse_registry_file(text).changes);
   }
   m_tree = std::move(tree);
-  return remove_file(file).ok();
+  return {};
 }
 
 Status WineRegistry::regedit(const std::vector<std::string>& words, const std::function<void()>& tick) const {

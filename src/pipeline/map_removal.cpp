@@ -88,20 +88,6 @@ Status forget_last_used(Registry& registry, const InstalledMap& map, const std::
   return imported.ok() ? cleared : imported;
 }
 
-// Deletes directly, then through the registry editor, which may ask for more rights.
-bool remove_key(const Workspace& workspace, Registry& registry, Progress& progress, const std::string& key) {
-  const auto tick = [&] { progress.process_events(); };
-  const Status removed = registry.remove_key(key, tick);
-  registry.refresh();
-  if (!registry.key(key).exists) return removed.ok();
-  const std::string file = workspace.path("system/remove.reg");
-  if (!safe_write(file, encode_registry_text(registry_text_of({{key, true, {}, {}}}))).ok()) return false;
-  const Status imported = registry.import_file(file, tick);
-  const Status cleared = remove_file(file);
-  registry.refresh();
-  return imported.ok() && cleared.ok() && !registry.key(key).exists;
-}
-
 std::string question_of(const Workspace& workspace, const InstalledMap& map, bool files_go) {
   const std::string question = workspace.message(message_remove) + "'" + map.product + "'?";
   if (!files_go) return question;
@@ -136,7 +122,9 @@ StageResult remove_in_turn(Workspace& workspace, Prompts& prompts, Progress& pro
     return StageResult::stopped;
 
   for (const std::string& key : keys) {
-    if (remove_key(workspace, registry, progress, key)) continue;
+    const Status removed = registry.remove_key(key, [&] { progress.process_events(); });
+    registry.refresh();
+    if (removed.ok() && !registry.key(key).exists) continue;
     prompts.tell(registry_denied, Icon::critical);
     return StageResult::failed;
   }
