@@ -11,7 +11,8 @@
 namespace ferrowen {
 
 // Line by line; a line that no list knows (a path, the words of a tool, a message that is translated already)
-// stays as it is, and so do the blanks around a line. What stands in the place of %1 to %9 is looked for too.
+// stays as it is, and so do the blanks around a line. What stands in the place of %1 to %9 is looked for too,
+// and so is what stands behind a place such as "FILE:12: ".
 std::string said(const InterfaceTexts& texts, std::string_view english);
 
 }  // namespace ferrowen

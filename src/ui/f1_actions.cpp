@@ -337,6 +337,7 @@ void f1::view_text(const QString& path) {
 void f1::choose_language(const QString& file) {
   const Status chosen = ferrowen::choose_language(m_workspace, from_qt(file));
   if (!chosen.ok()) m_prompts->tell(chosen.error, Icon::warning);
+  m_status->clear();  // what was said before was said in the other language
   apply_texts();
   show_image_place();
   m_java_label->setText(m_binder.said(java_label(m_workspace.java_version)));
