@@ -5,7 +5,6 @@ namespace ferrowen {
 const std::vector<InterfaceItem>& commands_items() {
   static const std::vector<InterfaceItem> items = {
       {"close", "Close"},
-      {"guide_back", "Back"},
       {"apply", "Apply"},
       {"cancel", "Cancel"},
       {"continue", "Continue?"},
@@ -93,6 +92,7 @@ const std::vector<InterfaceItem>& commands_items() {
       {"unzip_heights", "Unzip HGT files"},
       {"doctor_mkgmap", "mkgmap: tags"},
       {"doctor_names", "Names"},
+      {"guide_back", "Back"},
   };
   return items;
 }
