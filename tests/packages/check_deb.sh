@@ -1,7 +1,7 @@
 #!/bin/sh
 # Installs the Debian package in a bare Debian 12, uses it as an ordinary user would, and removes it again.
 # Usage: check_deb.sh PACKAGE.deb [ROOT]; as root. ROOT: a folder that debootstrap has filled already, used as it
-# is; without it one is made and removed again. Pictures of the window go to build/package/screenshots.
+# is; without it one is made and removed again. Pictures of the window go to build/package.
 set -eu
 [ $# -ge 1 ] || { sed -n '3,4s/^# //p' "$0" >&2; exit 2; }
 [ "$(id -u)" = 0 ] || { echo "debootstrap needs root" >&2; exit 2; }
@@ -40,8 +40,8 @@ files() { inside find / -xdev \( -path /proc -o -path /dev -o -path /var/cache -
   -o -path /var/log -o -path /home/mapper \) -prune -o -print | sort; }
 
 inside apt-get update -qq
-# The package's own tools and what looks at the window come first, so that the list tells its own files alone.
-inside apt-get install -y -qq --no-install-recommends xvfb xdotool x11-apps bash-completion >/dev/null
+# What looks at the window, and both shells.
+inside apt-get install -y -qq --no-install-recommends xvfb xdotool bash-completion zsh >/dev/null
 inside id mapper >/dev/null 2>&1 || inside useradd --create-home --shell /bin/bash mapper
 cp "$package" "$root/tmp/ferrowen.deb"
 chmod 644 "$root/tmp/ferrowen.deb"
@@ -49,6 +49,7 @@ inside apt-get install -y -qq --reinstall --no-install-recommends /tmp/ferrowen.
 expect "ferrowen " "$(as_user 'ferrowen --version')" "runs without any of the recommended packages"
 inside apt-get install -y -qq --no-install-recommends mkgmap mkgmap-splitter osmctools 7zip default-jre-headless >/dev/null
 pass "installed with apt, the tools too"
+files >"$root/tmp/installed"
 
 table=$(as_user "ferrowen build /usr/share/ferrowen/faroe-islands.osm.pbf --split --name 'Färöer & Co' \
   --fid 6324 --gmapsupp --yes 2>&1") || fail "build: $table"
@@ -62,22 +63,38 @@ pass "the contour maker runs"
 expect "settings" "$(inside bash -c '. /usr/share/bash-completion/bash_completion; . /usr/share/bash-completion/completions/ferrowen
   COMP_WORDS=(ferrowen se) COMP_CWORD=1 COMP_LINE="ferrowen se" COMP_POINT=11; _ferrowen; echo "${COMPREPLY[@]}"')" \
   "bash completes a command"
+expect "settings" "$(inside zsh -fc 'autoload -Uz compinit; compinit -u -D; functions _ferrowen >/dev/null; autoload +X _ferrowen
+  functions _ferrowen')" "zsh finds the completion"
 inside test -s /usr/share/man/man1/ferrowen.1.gz || fail "no man page"
 
-as_user 'Xvfb :7 -screen 0 1280x800x24 >/dev/null 2>&1 & sleep 2; export DISPLAY=:7
+# Return answers the box of the first start; Alt+R is "Create Map".
+as_user 'mkdir -p frame; touch begin
+  Xvfb :7 -screen 0 1280x800x24 -fbdir frame >/dev/null 2>&1 & screen=$!
+  sleep 2; export DISPLAY=:7
   ferrowen6 /usr/share/ferrowen/faroe-islands.osm.pbf >window.log 2>&1 & program=$!
-  for second in 1 2 3 4 5 6 7 8 9 10; do
-    sleep 1; xdotool search --onlyvisible --name Ferrowen >window.id 2>/dev/null && break
+  for second in $(seq 20); do sleep 1; window=$(xdotool search --onlyvisible --name Ferrowen | tail -n 1) && break; done
+  sleep 4; cp frame/Xvfb_screen0 opened; xdotool key Return; sleep 1
+  xdotool windowfocus "$window"; sleep 1; xdotool key --clearmodifiers alt+r
+  for second in $(seq 60); do
+    sleep 1; [ -z "$(find .local/share/ferrowen/gmapsupp -name "*.img" -newer begin -size +10k)" ] || { touch built; break; }
   done
-  sleep 3; xwd -silent -root >window.xwd; kill $program; wait $program; kill %1' || true
-[ -s "$root/home/mapper/window.id" ] || fail "no window: $(cat "$root/home/mapper/window.log")"
-mkdir -p "$here/build/package/screenshots"
-cp "$root/home/mapper/window.xwd" "$here/build/package/screenshots/"
-pass "the window opens under Xvfb"
+  sleep 3; cp frame/Xvfb_screen0 finished; kill $program; wait $program; echo "ended with $?" >>window.log; kill $screen' \
+  >/dev/null 2>&1 || true
+for picture in opened finished; do
+  python3 -B "$here/tests/support/screen_picture.py" "$root/home/mapper/$picture" "$here/build/package/$picture.png"
+done
+[ -e "$root/home/mapper/built" ] || fail "no map from the window: $(cat "$root/home/mapper/window.log")"
+pass "the window opens under Xvfb and builds the sample map"
+expect "ended with 0" "$(cat "$root/home/mapper/window.log")" "the window ends when it is asked to"
 
-files >"$root/tmp/before"
+inside dpkg -L ferrowen | sort >"$root/tmp/own"
 inside apt-get purge -y -qq ferrowen >/dev/null
 files >"$root/tmp/after"
+left=$(comm -13 "$root/tmp/installed" "$root/tmp/after")
+[ -z "$left" ] || fail "made while it was there, and left: $left"
+while read -r name; do
+  [ -d "$root$name" ] || [ ! -e "$root$name" ] || fail "left behind: $name"
+done <"$root/tmp/own"
 left=$(grep -i ferrowen "$root/tmp/after" || true)
 [ -z "$left" ] || fail "left behind: $left"
 inside test -f /home/mapper/.local/share/ferrowen/ferrow6.dat || fail "the user's own folder is gone"
