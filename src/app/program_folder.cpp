@@ -1,5 +1,6 @@
 #include "app/program_folder.hpp"
 
+#include "app/shipped_files.hpp"
 #include "base/files.hpp"
 #include "base/text.hpp"
 #include "platform/files.hpp"
@@ -31,12 +32,14 @@ bool same_content(const std::string& one, const std::string& other) {
 }  // namespace
 
 Status ProgramFolder::copy_assets(const std::string& assets) const {
+  ShippedFiles shipped(*this / "system/shipped");
   for (const std::string_view name : shipped_assets()) {
     const std::string source = platform::join(assets, name);
     const std::string target = *this / name;
-    if (source == target || file_exists(target) || !file_exists(source)) continue;
-    if (Status copied = copy_file(source, target); !copied.ok()) return copied;
+    if (source == target || !file_exists(source)) continue;
+    if (Status copied = shipped.update(std::string(name), source, target); !copied.ok()) return copied;
   }
+  shipped.save();
   return copy_languages(platform::join(assets, languages_folder));
 }
 

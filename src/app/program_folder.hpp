@@ -22,8 +22,8 @@ class ProgramFolder {
   // Creates the missing subfolders of the layout, parents before children.
   [[nodiscard]] Status create_layout() const;
   // Copies shipped assets that are missing here (sample map, default TYP, land cells, option sets, ...).
-  // `assets` is the folder that holds them; missing assets are skipped. Language files of an older version
-  // are replaced unless they were changed.
+  // `assets` is the folder that holds them; missing assets are skipped. Files of an older version are
+  // replaced unless they were changed.
   [[nodiscard]] Status copy_assets(const std::string& assets) const;
 
  private:

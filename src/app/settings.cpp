@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <charconv>
 
+#include "app/moved_folder.hpp"
 #include "base/files.hpp"
 #include "base/text.hpp"
 #include "platform/paths.hpp"
@@ -11,18 +12,14 @@ namespace ferrowen {
 
 namespace {
 
-constexpr char line_joint = '\x1f';      // stands for CR LF inside a value that spans lines
 constexpr std::size_t most_lines = 500;  // lines that the loader looks at
 constexpr std::size_t shortest_max_nodes = 4;
 constexpr int map_name_box_line = 13;  // a second box for the map name; holds the same value as line 37
+constexpr std::size_t program_folder_line = 145;  // no setting: where the program folder was
 
-std::string joined_lines(std::string_view text) {
-  return replace_all(text, crlf, std::string_view(&line_joint, 1));
-}
+std::string joined_lines(std::string_view text) { return replace_all(text, crlf, line_joint); }
 
-std::string separate_lines(std::string_view text) {
-  return replace_all(text, std::string_view(&line_joint, 1), crlf);
-}
+std::string separate_lines(std::string_view text) { return replace_all(text, line_joint, crlf); }
 
 // A stored value must stay on its line, whatever it holds.
 std::string on_one_line(std::string text) {
@@ -192,14 +189,17 @@ Settings default_settings(std::string_view home) {
   Settings settings;
   for (const Field& field : settings_fields())
     assign_stored(settings, field, "", home);
+  settings.program_folder = home;
   return settings;
 }
 
 std::string settings_text(const Settings& settings) {
-  std::vector<std::string> lines(static_cast<std::size_t>(settings_fields().back().line) + 1);
+  const auto last_line = static_cast<std::size_t>(settings_fields().back().line);
+  std::vector<std::string> lines(std::max(last_line, program_folder_line) + 1);
   for (const Field& field : settings_fields())
     lines[static_cast<std::size_t>(field.line)] = stored_text(settings, field);
   lines[map_name_box_line] = on_one_line(settings.map_name);
+  lines[program_folder_line] = on_one_line(settings.program_folder);
   return join_texts(lines, crlf) + std::string(crlf);
 }
 
@@ -209,6 +209,8 @@ LoadedSettings parse_settings(std::string_view text, std::string_view home) {
   LoadedSettings loaded;
   for (const Field& field : settings_fields())
     assign_stored(loaded.settings, field, lines[static_cast<std::size_t>(field.line)], home);
+  loaded.settings.program_folder = lines[program_folder_line];
+  follow_program_folder(loaded.settings, home);
   const bool no_name = trim(lines[static_cast<std::size_t>(find_field("map-name")->line)]).empty();
   const bool no_box_name = trim(lines[map_name_box_line]).empty();
   if (no_name && !no_box_name) loaded.settings.map_name = lines[map_name_box_line];

@@ -17,11 +17,13 @@ namespace ferrowen {
 enum class FieldType : std::uint8_t {
   text,    // free text, blanks kept
   path,    // trimmed text
-  lines,   // several lines, stored in one with code 31 for CR LF
+  lines,   // several lines, stored in one with code 31 for CR LF (line_joint)
   number,  // whole number
   real,    // decimal number
   flag,    // 0 or 1
 };
+
+inline constexpr std::string_view line_joint = "\x1f";
 
 // Where a field belongs in `settings show` and in the settings window.
 enum class Page : std::uint8_t {
@@ -74,8 +76,8 @@ Status assign_checked(Settings& settings, const Field& field, std::string_view t
 // A record in which every field has its default.
 Settings default_settings(std::string_view home);
 
-// Text of a settings file and back. Loading applies the load rules; a path that a rule drops, or a missing
-// styles folder, is told in `notes`.
+// Text of a settings file and back. Loading applies the load rules, after the paths of a program folder that
+// was moved to `home`; a path that a rule drops, or a missing styles folder, is told in `notes`.
 std::string settings_text(const Settings& settings);
 struct LoadedSettings {
   Settings settings;

@@ -54,6 +54,8 @@ struct Settings {
   std::string language, last_script, doctor_typ, recent_files, window_layout, option_set, colour;
   int state_1 = 0, list_selection = 0;
   std::string path_2, file_menu_state, state_48;
+  // no setting of a person's, and not in the table: the program folder that the paths above were saved in
+  std::string program_folder;
 };
 
 }  // namespace ferrowen

@@ -176,6 +176,7 @@ const std::vector<Field>& table() {
       {143, "homeport", path, Page::tools, "", "The HomePort program.", &S::home_port},
       {144, "srtm-address", text, Page::elevation, usual_srtm_address,
        "Web address that heights are downloaded from.", &S::srtm_address},
+      // 145 is taken: it holds the program folder (settings.cpp)
   };
   return fields;
 }

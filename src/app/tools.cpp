@@ -1,9 +1,7 @@
 #include "app/tools.hpp"
 
-#include <initializer_list>
-
+#include "app/tool_places.hpp"
 #include "base/files.hpp"
-#include "base/text.hpp"
 #include "platform/paths.hpp"
 
 namespace ferrowen {
@@ -18,26 +16,6 @@ constexpr std::string_view path_list_separator = ":";
 
 std::string search_path() { return platform::environment("PATH").value_or(""); }
 
-// A Java archive: where the system's packages put it, else in a folder of PATH.
-std::string find_jar(const std::string& package, const std::string& name) {
-  std::vector<std::string> folders = {"/usr/share/" + package, "/usr/share/java",
-                                      "/usr/local/share/" + package, "/opt/" + package};
-  for (std::string& folder : split(search_path(), path_list_separator))
-    folders.push_back(std::move(folder));
-  for (const std::string& folder : folders) {
-    std::string path = platform::join(folder, name);
-    if (!folder.empty() && file_exists(path)) return platform::absolute(path);
-  }
-  return "";
-}
-
-std::string first_program(std::initializer_list<const char*> names) {
-  for (const char* name : names) {
-    if (std::string path = platform::find_program(name); !path.empty()) return path;
-  }
-  return "";
-}
-
 // The contour tool comes with the program.
 std::string own_contour_tool() {
 #ifdef _WIN32
@@ -46,22 +24,24 @@ std::string own_contour_tool() {
   const std::string name = "ferrowen-contours";
 #endif
   std::string beside = platform::join(platform::folder_of(platform::executable_path()), name);
-  return file_exists(beside) ? beside : first_program({"ferrowen-contours"});
-}
-
-void fill(std::string& setting, const std::string& found) {
-  if (setting.empty()) setting = found;
+  return file_exists(beside) ? beside : platform::find_program("ferrowen-contours");
 }
 
 }  // namespace
 
 void find_tools(Settings& settings) {
-  if (settings.mkgmap_jar.empty()) fill(settings.mkgmap_jar, find_jar("mkgmap", "mkgmap.jar"));
-  if (settings.splitter_jar.empty()) fill(settings.splitter_jar, find_jar("mkgmap-splitter", "splitter.jar"));
-  if (settings.osmconvert.empty()) fill(settings.osmconvert, first_program({"osmconvert", "osmconvert64"}));
-  if (settings.seven_zip.empty()) fill(settings.seven_zip, first_program({"7z", "7zz", "7za"}));
-  if (settings.makensis.empty()) fill(settings.makensis, first_program({"makensis"}));
-  if (settings.contour_tool.empty()) fill(settings.contour_tool, own_contour_tool());
+  const ToolPlaces places = places_of_this_machine(settings.program_folder);
+  const auto fill = [&](std::string& setting, std::string_view name) {
+    if (setting.empty()) setting = find_tool(name, places);
+  };
+  // Blank stands for the one in PATH.
+  if (platform::find_program("java").empty()) fill(settings.java, "java");
+  fill(settings.mkgmap_jar, "mkgmap");
+  fill(settings.splitter_jar, "splitter");
+  fill(settings.osmconvert, "osmconvert");
+  fill(settings.seven_zip, "7z");
+  fill(settings.makensis, "makensis");
+  if (settings.contour_tool.empty()) settings.contour_tool = own_contour_tool();
 }
 
 std::vector<std::pair<std::string, std::string>> tool_environment(const Settings& settings) {

@@ -10,7 +10,6 @@ namespace ferrowen {
 
 namespace {
 
-constexpr std::string_view line_joint = "\x1f";  // between the lines of a stored value
 constexpr std::string_view written_line_end = "\\n";
 
 std::string_view type_name(FieldType type) {

@@ -21,6 +21,7 @@
 #include "pipeline/tiles/tile_list.hpp"
 #include "platform/paths.hpp"
 #include "ui/qt_text.hpp"
+#include "ui/qt_texts.hpp"
 #include "ui/text_window.hpp"
 #include "ui/window_layout.hpp"
 
@@ -68,6 +69,7 @@ f1::f1(Workspace& workspace, Prompts* prompts)
 f1::~f1() = default;
 
 void f1::apply_texts() {
+  translate_qt(m_workspace);
   m_binder.apply();
   show_state();
   show_selection();

@@ -9,6 +9,7 @@
 #include "app/start_up.hpp"
 #include "app/tools.hpp"
 #include "ui/qt_text.hpp"
+#include "ui/qt_texts.hpp"
 #include "ui/window_layout.hpp"
 
 namespace ferrowen::ui {
@@ -295,6 +296,7 @@ void settings::apply_language(const std::string& before) {
     const Status chosen = choose_language(m_workspace, m_workspace.settings.language);
     if (!chosen.ok()) m_prompts.tell(chosen.error, Icon::warning);
   }
+  translate_qt(m_workspace);
   apply_texts();
 }
 
