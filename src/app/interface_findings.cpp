@@ -88,6 +88,7 @@ const std::vector<InterfaceItem>& finding_items() {
       {"say_needs_a_password", "%1 '%2' needs a password"},
       {"say_is_no_file_name", "%1 '%2' is no file name"},
       {"say_has_a_wrong_size", "%1 '%2' has a wrong size (%3 bytes)"},
+      {"say_has_the_name_of", "%1 '%2' has the name of a folder that is there"},
       // converting tracks
       {"say_label_no_place_in", "label '%1': no place in code page 1251 for %2, written as ?"},
       {"say_label_no_place_in_labels",

@@ -174,6 +174,9 @@ MovedAside::~MovedAside() { static_cast<void>(restore()); }
 
 Status MovedAside::take(const std::string& path) {
   const std::string aside = path + std::string(aside_ending);
+  for (const std::string& place : {path, aside}) {
+    if (folder_exists(place)) return {place + " is a folder."};
+  }
   // A run that was killed has left its old file aside: that one is whole, what lies in its place is not.
   if (file_exists(aside)) {
     if (Status removed = remove_file(path); !removed.ok()) return removed;
@@ -182,7 +185,8 @@ Status MovedAside::take(const std::string& path) {
   }
   if (!file_exists(path)) return {};
   Status moved = rename_file(path, aside);
-  if (moved.ok()) m_paths.push_back(path);
+  // What fails behind the move itself does not undo it.
+  if (moved.ok() || (!file_exists(path) && file_exists(aside))) m_paths.push_back(path);
   return moved;
 }
 

@@ -46,7 +46,7 @@ class MovedAside {
   ~MovedAside();  // brings back what was neither restored nor dropped
   MovedAside(const MovedAside&) = delete;
   MovedAside& operator=(const MovedAside&) = delete;
-  // A file that does not exist is no error and is not restored.
+  // A file that does not exist is no error and is not restored. Folders are refused.
   Status take(const std::string& path);
   // Brings the files back over whatever lies in their places now.
   Status restore();

@@ -113,4 +113,13 @@ TEST_CASE("files moved aside come back unless the run was good") {
     CHECK(read_whole_file(tile) == (good ? "new" : "old"));
   }
   CHECK(list_files(folder.path(), {""}) == std::vector<std::string>{"1.img"});
+  // No folder is put aside, nor anything brought back from one.
+  folder.write("3.img/x", "mine");
+  folder.write("4.img", "old");
+  folder.write("4.img.before/x", "mine");
+  MovedAside aside;
+  CHECK(aside.take(folder / "3.img").error == (folder / "3.img") + " is a folder.");
+  CHECK(aside.take(folder / "4.img").error == (folder / "4.img.before") + " is a folder.");
+  CHECK(aside.count() == 0);
+  CHECK(read_whole_file(folder / "4.img") == "old");
 }

@@ -116,6 +116,11 @@ TEST_CASE("unzip refuses before it runs anything") {
         "Not unzipped:\r\nb.zip 'x/../../y' leads out of the folder\r\nc.zip is no complete zip archive.\r\n"
         "d.zip 'a.zip' is an archive itself");
   CHECK(read_whole_file(stage.home / "down/N47E009.hgt") == "old");
+  stage.home.write("tracks/my tracks/a.gpx", "mine");
+  stage.home.write("tracks/t.zip", archive_of({{"x/my tracks", 5}}));
+  CHECK(refusal(stage.home / "tracks") ==
+        "Not unzipped:\r\nt.zip 'x/my tracks' has the name of a folder that is there");
+  CHECK(read_whole_file(stage.home / "tracks/my tracks/a.gpx") == "mine");
   stage.home.write("down/a.zip", archive_of({{"N47E009.hgt"}}));
   CHECK(archives_with_cells(folder, {"N47E009.hgt"}) == Texts{"a.zip"});
 }
