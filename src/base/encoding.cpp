@@ -80,4 +80,19 @@ std::string decode_tool_text(std::string_view bytes) {
   return platform::decode(bytes, platform::ansi_code_page()).value_or(std::string(bytes));
 }
 
+std::string utf8_or_latin1(std::string_view line) {
+  if (is_valid_utf8(line)) return std::string(line);
+  std::string text;
+  for (const char c : line) {
+    const auto byte = static_cast<unsigned char>(c);
+    if (byte < 0x80) {
+      text += c;
+    } else {
+      text += static_cast<char>(0xC0 | (byte >> 6));
+      text += static_cast<char>(0x80 | (byte & 0x3F));
+    }
+  }
+  return text;
+}
+
 }  // namespace ferrowen

@@ -23,5 +23,7 @@ Result<std::string> encode_for(Consumer consumer, std::string_view text, std::st
 // Text of a file whose writer used UTF-8 or the system's ANSI code page; bytes that fit neither stay as they
 // are.
 std::string decode_tool_text(std::string_view bytes);
+// A line of a text whose writer used UTF-8 or Latin-1, which every byte has a meaning in.
+std::string utf8_or_latin1(std::string_view line);
 
 }  // namespace ferrowen

@@ -37,15 +37,6 @@ std::string name_of(std::string_view path) {
   return std::string(path.substr(root_length(path)));
 }
 
-std::filesystem::path file_system_path(std::string_view path) {
-  return std::u8string(path.begin(), path.end());
-}
-
-std::string path_text(const std::filesystem::path& path) {
-  const std::u8string text = path.u8string();
-  return {text.begin(), text.end()};
-}
-
 std::string shared_data_file(const std::string& name) {
   const std::string program_folder = folder_of(executable_path());
   const std::string share = join("share", "ferrowen");

@@ -71,6 +71,16 @@ TEST_CASE("what an archive may not hold") {
   }
 }
 
+TEST_CASE("names are UTF-8 where the archive says so or Unix made it, else of code page 437") {
+  constexpr unsigned utf8_flag = 1U << 11U;
+  const auto name_of = [](const std::string& stored, unsigned flags) {
+    return read(archive_of({{stored, 5, 0, flags}})).value.at(0).name;
+  };
+  CHECK(name_of("H\x94he.txt", 0) == "H\u00f6he.txt");
+  CHECK(name_of("H\u00f6he.txt", utf8_flag) == "H\u00f6he.txt");
+  CHECK(name_of("H\u00f6he.txt", 0) == "H\u00f6he.txt");
+}
+
 TEST_CASE("zip.cmd and its shell sister") {
   const auto text = [](const char* program, const char* folder, Dialect dialect) {
     const Result<ConsoleScript> script = unzip_script(program, folder, dialect);

@@ -35,6 +35,17 @@ TEST_CASE("paths are joined and taken apart by the system's rules") {
   CHECK(absolute(child_path()) == child_path());
 }
 
+TEST_CASE("no bytes make the way to the standard library's paths throw") {
+  for (const std::string name : {"base-gr\xF6n", "\xC3\xA4", "a\x81/\xED\xA0\x80", "\xFF", ""}) {
+    CAPTURE(name);
+    const std::filesystem::path path = file_system_path(name);
+    const bool is_plain = !on_windows || name.empty() || name == "\xC3\xA4";
+    CHECK((path_text(path) == name) == is_plain);
+    std::error_code error;
+    CHECK_FALSE(std::filesystem::exists(file_system_path("no such " + name), error));
+  }
+}
+
 TEST_CASE("folders and programs of the system are found") {
   for (const std::string& folder : {home_folder(), user_data_folder(), roaming_data_folder()})
     CHECK(is_absolute(folder));

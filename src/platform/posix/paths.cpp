@@ -40,6 +40,10 @@ std::string home_folder() {
   return found->pw_dir;
 }
 
+std::filesystem::path file_system_path(std::string_view path) { return std::string(path); }
+
+std::string path_text(const std::filesystem::path& path) { return path.native(); }
+
 std::string user_data_folder() {
   // A relative path is to be ignored by the rules for this variable.
   if (const auto data = environment("XDG_DATA_HOME"); data && is_absolute(*data)) return *data;

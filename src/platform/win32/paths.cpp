@@ -52,6 +52,11 @@ std::string absolute(const std::string& path) {
   return full.empty() ? path : narrow(full);
 }
 
+// The standard library's own conversion throws on bytes that are no UTF-8.
+std::filesystem::path file_system_path(std::string_view path) { return wide(path); }
+
+std::string path_text(const std::filesystem::path& path) { return narrow(path.native()); }
+
 std::string executable_path() {
   return narrow(
       text_of([](wchar_t* buffer, DWORD size) { return GetModuleFileNameW(nullptr, buffer, size); }));
