@@ -1,4 +1,4 @@
-// The file "info" of an mkgmap style.
+// The file "info" of an mkgmap style, and the lines by which its rule files include others.
 #pragma once
 
 #include <string>
@@ -13,5 +13,12 @@ struct BaseStyle {
 };
 // The styles that it names as those below this one, in its order.
 std::vector<BaseStyle> base_styles(std::string_view info);
+
+// What an include line names: include 'name'; and include 'name' from style;
+struct IncludeWords {
+  std::string_view name, style;  // the name is "" when the line includes nothing
+  bool is_quoted = false;
+};
+IncludeWords include_words(std::string_view line);
 
 }  // namespace ferrowen

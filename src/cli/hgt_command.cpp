@@ -2,6 +2,7 @@
 #include "cli/map_area.hpp"
 #include "cli/table.hpp"
 #include "cli/terminal.hpp"
+#include "elevation/download_help.hpp"
 #include "elevation/height_cells.hpp"
 #include "elevation/hgt_coverage.hpp"
 
@@ -46,17 +47,14 @@ ExitStatus run_command(Session& session, const HgtArguments& arguments) {
   Workspace& workspace = session.workspace;
   if (workspace.tiles.empty())
     return session.fail("Please SPLIT file to obtain hgt files needed.", ExitStatus::stopped);
-  const std::vector<std::string> folders = searched_hgt_folders(workspace.settings);
-  const std::vector<HeightCell> cells = find_height_cells(needed_cells(workspace, session.prompts), folders);
-  show_cells(session, cells);
-  const std::size_t found = cells_in(cells, CellCondition::found).size();
-  session.json["needed"] = cells.size();
-  session.json["found"] = found;
-  session.json["missing"] = cells_in(cells, CellCondition::missing);
-  session.json["folders"] = folders;
-  session.show(std::to_string(cells.size()) + " HGT needed: " + std::to_string(cells.size() - found) +
-               " HGT not found: /" + std::to_string(cells.size()) + "\n");
-  if (cells.empty()) session.prompts.tell("Can't find hgt file(s) for this region.");
+  const DownloadState state = download_state(workspace, session.prompts);
+  show_cells(session, state.cells);
+  session.json["needed"] = state.needed.size();
+  session.json["found"] = state.needed.size() - state.missing.size();
+  session.json["missing"] = cells_in(state.cells, CellCondition::missing);
+  session.json["folders"] = searched_hgt_folders(workspace.settings);
+  session.show(state.summary + "\n");
+  if (state.cells.empty()) session.prompts.tell("Can't find hgt file(s) for this region.");
   return ExitStatus::done;
 }
 

@@ -45,18 +45,6 @@ step::IfExists write_test(const std::string& clipped) {
           std::make_shared<const ConsoleScript>(std::move(bad)), true};
 }
 
-// What a failed tool wrote is no result. The file stays, as the write test behind it looks for one. Status 92
-// is a warning about an unusual order of a whole file.
-void empty_when_failed(const std::string& path, Dialect dialect, ConsoleScript& console) {
-  const Result<std::string> rendered = render_path(path, dialect);
-  if (!rendered.ok()) return;  // the steps beside this one tell it
-  const std::string& name = rendered.value;
-  console.add(step::Lines{dialect == Dialect::batch
-                              ? "if not \"%errorlevel%\"==\"0\" if not \"%errorlevel%\"==\"92\" if exist " +
-                                    name + " type nul >" + name
-                              : "case $? in 0|92) ;; *) [ ! -e " + name + " ] || : >" + name + ";; esac"});
-}
-
 std::string selected_numbers(const TileList& tiles) {
   std::vector<std::string> numbers;
   for (const Tile& tile : tiles) {
@@ -265,7 +253,7 @@ ConsoleScript clip_script(const ClipScript& script, Dialect dialect) {
         .add(step::Run{
             {script.osmconvert,
              {word(job.contours), option("-B", script.polygon), quoted_option("-o", job.clipped)}}});
-    empty_when_failed(job.clipped, dialect, console);
+    add_discarding(job.clipped, Discard::contents, dialect, console);  // the write test looks for a file
     if (k == 0) console.add(write_test(job.clipped));
   }
   return console;

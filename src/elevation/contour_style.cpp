@@ -7,8 +7,8 @@
 #include <vector>
 
 #include "app/style_info.hpp"
+#include "app/style_source.hpp"
 #include "base/encoding.hpp"
-#include "base/files.hpp"
 #include "base/text.hpp"
 #include "platform/paths.hpp"
 
@@ -34,66 +34,65 @@ struct RuleFile {
   auto operator<=>(const RuleFile&) const = default;
 };
 
-// Words of a statement, each perhaps in quotes of either kind.
-std::vector<std::string> words_of(std::string_view text) {
-  std::vector<std::string> words;
-  while (!(text = trim(text)).empty()) {
-    const bool quoted = text[0] == '"' || text[0] == '\'';
-    const std::size_t begin = quoted ? 1 : 0;
-    const std::size_t end = quoted ? text.find(text[0], begin) : text.find_first_of(" \t");
-    words.emplace_back(text.substr(begin, end == std::string_view::npos ? end : end - begin));
-    if (end == std::string_view::npos) break;
-    text.remove_prefix(end + begin);
-  }
-  return words;
-}
-
-// What `include 'inc/roads';` and `include lines from default;` name.
 std::vector<RuleFile> includes_of(const std::string& text, const std::string& style) {
   std::vector<RuleFile> files;
   for (const std::string& line : split_lines(text)) {
-    const std::string_view statement = trim(std::string_view(line).substr(0, line.find_first_of("#;")));
-    const std::vector<std::string> words = words_of(statement);
-    if (words.size() < 2 || words[0] != "include") continue;
-    files.push_back({words.size() > 3 && words[2] == "from" ? words[3] : style, words[1]});
+    const IncludeWords words = include_words(line);
+    if (!words.name.empty())
+      files.push_back({std::string(words.style.empty() ? style : words.style), std::string(words.name)});
   }
   return files;
 }
 
 class StyleSearch {
  public:
-  explicit StyleSearch(std::string folder) : m_folder(std::move(folder)) {}
+  explicit StyleSearch(const Settings& settings)
+      : m_folder(settings.styles_folder), m_source(settings.mkgmap_jar) {}
 
   bool style_draws(const std::string& style) {
     if (!m_styles.insert(style).second) return false;
     const auto draws = [&](std::string_view name) { return file_draws({style, std::string(name)}); };
     if (std::any_of(rule_files.begin(), rule_files.end(), draws)) return true;
-    const std::string info = platform::join(platform::join(m_folder, style), "info");
-    const std::vector<BaseStyle> bases = base_styles(read_whole_file(info));
+    const std::vector<BaseStyle> bases = base_styles(text_of({style, "info"}));
     return std::any_of(bases.begin(), bases.end(),
                        [&](const BaseStyle& base) { return style_draws(base.name); });
   }
 
  private:
   bool file_draws(const RuleFile& file) {
-    if (file.style == built_in) return file.name == "lines" || contains(file.name, "contour");
+    // Without the archive of the map compiler.
+    const bool is_unread = file.style == built_in && folder_of(file.style).empty();
+    if (is_unread) return file.name == "lines" || contains(file.name, "contour");
     if (!m_files.insert(file).second) return false;
-    const std::string path = platform::join(platform::join(m_folder, file.style), file.name);
-    const std::string text = decode_tool_text(read_whole_file(path));
+    const std::string text = text_of(file);
     if (speaks_of_contours(text)) return true;
     const std::vector<RuleFile> further = includes_of(text, file.style);
     return std::any_of(further.begin(), further.end(), [&](const RuleFile& one) { return file_draws(one); });
   }
 
+  std::string folder_of(const std::string& style) {
+    std::string folder = platform::join(m_folder, style);
+    return m_source.has_folder(folder) ? folder : m_source.built_in(style);
+  }
+
+  // Names are written with either separator, whatever the system. What cannot be read is told by the map
+  // compiler.
+  std::string text_of(const RuleFile& file) {
+    const std::string folder = folder_of(file.style);
+    std::string name = file.name;
+    std::replace(name.begin(), name.end(), '\\', platform::separator);
+    std::replace(name.begin(), name.end(), '/', platform::separator);
+    return folder.empty() ? "" : decode_tool_text(m_source.read(platform::join(folder, name)).value);
+  }
+
   std::string m_folder;
+  StyleSource m_source;
   std::set<std::string> m_styles;
   std::set<RuleFile> m_files;
 };
 
 }  // namespace
 
-bool draws_contours(const Settings& settings) {
-  return StyleSearch(settings.styles_folder).style_draws(settings.style);
-}
+bool draws_contours(const Settings& settings) { return StyleSearch(settings).style_draws(settings.style); }
 
 }  // namespace ferrowen

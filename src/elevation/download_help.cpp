@@ -78,9 +78,12 @@ std::vector<std::string> download_pages(std::string_view base, std::string_view 
 
 DownloadState download_state(Workspace& workspace, Prompts& prompts) {
   DownloadState state;
-  state.needed = needed_cells(workspace, prompts);
   const std::vector<std::string> folders = searched_hgt_folders(workspace.settings);
-  state.missing = find_cell_files(state.needed, folders, CellFile::hgt).missing;
+  state.needed = needed_cells(workspace, prompts);
+  state.cells = find_height_cells(state.needed, folders);
+  for (const HeightCell& cell : state.cells) {
+    if (cell.condition != CellCondition::found) state.missing.push_back(cell.name);
+  }
   for (const std::string& folder : folders) {
     if (folder.empty() || state.missing.empty()) continue;
     for (const std::string& archive : archives_with_cells(folder, state.missing))

@@ -8,6 +8,7 @@
 
 #include "app/workspace.hpp"
 #include "base/prompts.hpp"
+#include "elevation/height_cells.hpp"
 
 namespace ferrowen {
 
@@ -27,7 +28,8 @@ std::vector<std::string> download_pages(std::string_view base, std::string_view 
 
 struct DownloadState {
   std::vector<std::string> needed;   // names
-  std::vector<std::string> missing;  // not downloaded
+  std::vector<HeightCell> cells;     // the same, each with what was found of it
+  std::vector<std::string> missing;  // names of those without whole heights that the map compiler finds
   std::vector<std::string>
       archives;         // in the height folder, under other names, with heights of missing cells
   std::string summary;  // "4 HGT needed: 1 HGT not found: /1 ..."

@@ -34,16 +34,12 @@ std::shared_ptr<const ConsoleScript> only(Step step) {
   return std::make_shared<const ConsoleScript>(std::move(script));
 }
 
-// The tool tells a damaged input by its status alone and leaves what it read of it, often most of a file.
-// Status 92 is its warning about an unusual order of a whole file.
+// What the tool left of a damaged input is often most of a file.
 void delete_when_failed(const std::string& path, Dialect dialect, ConsoleScript& console) {
+  add_discarding(path, Discard::file, dialect, console);
   const Result<std::string> rendered = render_path(path, dialect);
   if (!rendered.ok()) return;  // the steps beside this one tell it
   const std::string& name = rendered.value;
-  console.add(step::Lines{dialect == Dialect::batch
-                              ? "if not \"%errorlevel%\"==\"0\" if not \"%errorlevel%\"==\"92\" if exist " +
-                                    name + " del " + name
-                              : "case $? in 0|92) ;; *) rm -f -- " + name + ";; esac"});
   // A part that the tool could not write to its end lacks the end mark; its status does not tell.
   if (dialect == Dialect::shell && path.ends_with(".o5m"))
     console.add(step::Lines{"[ \"$(tail -c 1 -- " + name +
@@ -218,7 +214,8 @@ class Merger {
     if (whole) m_report.left_out = left_out(script);
     Status parts = remove_parts(script);
     std::error_code ignored;  // an empty folder that stays harms nobody
-    std::filesystem::remove(platform::file_system_path(script.work_folder), ignored);
+    if (folder_exists(script.work_folder))
+      std::filesystem::remove(platform::file_system_path(script.work_folder), ignored);
     for (const std::string& error : {end.error, bad.error, parts.error}) {
       if (!error.empty()) m_prompts.tell(error, Icon::critical);
     }

@@ -4,6 +4,7 @@
 #include <filesystem>
 #include <memory>
 #include <system_error>
+#include <utility>
 
 #include "app/tools.hpp"
 #include "base/encoding.hpp"
@@ -22,6 +23,7 @@ constexpr int message_cancelled = 148;
 struct ExpectedFiles::File {
   std::string path;
   std::unique_ptr<MovedAside> old = std::make_unique<MovedAside>();
+  bool is_cleared = false;  // what lies there now belongs to the run
 };
 
 ExpectedFiles::ExpectedFiles(std::vector<std::string> paths) {
@@ -32,8 +34,9 @@ ExpectedFiles::ExpectedFiles(std::vector<std::string> paths) {
 ExpectedFiles::~ExpectedFiles() = default;
 
 Status ExpectedFiles::clear_the_way() {
-  for (const File& file : m_files) {
+  for (File& file : m_files) {
     if (Status moved = file.old->take(file.path); !moved.ok()) return moved;
+    file.is_cleared = true;
   }
   return {};
 }
@@ -42,9 +45,11 @@ Result<std::vector<std::string>> ExpectedFiles::settle(
     const std::function<bool(const std::string&)>& is_good) {
   Result<std::vector<std::string>> bad;
   for (File& file : m_files) {
-    const bool good = is_good(file.path);
-    if (!good) bad.value.push_back(file.path);
-    Status done = good ? file.old->drop() : remove_file(file.path);
+    const bool is_of_run = std::exchange(file.is_cleared, false);
+    const bool good = is_of_run && is_good(file.path);
+    if (is_of_run && !good) bad.value.push_back(file.path);
+    Status done = good ? file.old->drop() : Status{};
+    if (is_of_run && !good) done = remove_file(file.path);
     if (!good && done.ok()) done = file.old->restore();
     if (bad.error.empty()) bad.error = done.error;
   }
@@ -79,6 +84,20 @@ Result<VisibleRunEnd> run_tool_script(const Workspace& workspace, Prompts& promp
   if (!end.started) return failed<VisibleRunEnd>(end.problem);
   end.output = decode_tool_text(end.output);
   return {std::move(end), ""};
+}
+
+void add_discarding(const std::string& path, Discard what, Dialect dialect, ConsoleScript& console) {
+  const Result<std::string> rendered = render_path(path, dialect);
+  if (!rendered.ok()) return;  // the steps beside this one tell it
+  const std::string& name = rendered.value;
+  const bool deletes = what == Discard::file;
+  if (dialect == Dialect::batch)
+    console.add(step::Lines{"if not \"%errorlevel%\"==\"0\" if not \"%errorlevel%\"==\"92\" if exist " +
+                            name + (deletes ? " del " : " type nul >") + name});
+  else
+    console.add(step::Lines{"case $? in 0|92) ;; *) " +
+                            (deletes ? "rm -f -- " + name : "[ ! -e " + name + " ] || : >" + name) +
+                            ";; esac"});
 }
 
 Status make_readable(const std::string& path) {

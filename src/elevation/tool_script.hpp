@@ -1,6 +1,7 @@
 // Runs one of the console scripts of the elevation work and waits for its end.
 #pragma once
 
+#include <cstdint>
 #include <functional>
 #include <string>
 #include <string_view>
@@ -39,8 +40,9 @@ class ExpectedFiles {
   ExpectedFiles(const ExpectedFiles&) = delete;
   ExpectedFiles& operator=(const ExpectedFiles&) = delete;
   Status clear_the_way();
-  // Judges every file; returns the paths whose result is not good, in order. The error tells of files that
-  // could not be put in order.
+  // Judges every file that was put aside, or that was not there: what lies in the place of another one is
+  // older than the run and is not touched. Returns the paths whose result is not good, in order. The error
+  // tells of files that could not be put in order.
   Result<std::vector<std::string>> settle(const std::function<bool(const std::string&)>& is_good);
   // How many are there now.
   [[nodiscard]] std::size_t found() const;
@@ -50,6 +52,12 @@ class ExpectedFiles {
   struct File;
   std::vector<File> m_files;
 };
+
+// What a failed osmconvert wrote is no result, and its status alone tells a damaged input. Status 92 is its
+// warning about an unusual order of a whole file.
+enum class Discard : std::uint8_t { file, contents };
+// Lines behind a run of the tool that delete the file, or empty it, when the run has failed.
+void add_discarding(const std::string& path, Discard what, Dialect dialect, ConsoleScript& console);
 
 // osmconvert makes files that its user alone can read.
 Status make_readable(const std::string& path);

@@ -41,13 +41,17 @@ struct Contents {
 // The archiver would take such a name for several archives.
 bool is_pattern(const std::string& archive) { return archive.find_first_of("*?") != std::string::npos; }
 
-std::string archive_problem(const std::string& archive, const Result<std::vector<ArchiveItem>>& entries) {
+std::string archive_problem(const std::string& folder, const std::string& archive,
+                            const Result<std::vector<ArchiveItem>>& entries) {
   std::string problem = entries.error;
   if (problem.empty() && is_pattern(archive)) problem = "has '*' or '?' in its name";
   for (const ArchiveItem& entry : entries.value) {
     if (problem.empty()) problem = zip_entry_problem(entry);
     if (problem.empty() && !entry.is_folder && ends_with_ignoring_case(entry.name, archive_ending))
       problem = "'" + entry.name + "' is an archive itself";
+    if (problem.empty() && !entry.is_folder &&
+        folder_exists(platform::join(folder, zip_base_name(entry.name))))
+      problem = "'" + entry.name + "' has the name of a folder that is there";
   }
   return problem;
 }
@@ -55,7 +59,7 @@ std::string archive_problem(const std::string& archive, const Result<std::vector
 void add_archive(const std::string& folder, const std::string& archive, Contents& contents) {
   FileSource source(platform::join(folder, archive));
   const Result<std::vector<ArchiveItem>> entries = read_zip_directory(source);
-  if (const std::string problem = archive_problem(archive, entries); !problem.empty()) {
+  if (const std::string problem = archive_problem(folder, archive, entries); !problem.empty()) {
     contents.refused.push_back(archive);
     contents.problems.append(crlf).append(archive).append(" ").append(problem);
     return;

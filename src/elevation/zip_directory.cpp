@@ -4,6 +4,7 @@
 
 #include "base/text.hpp"
 #include "elevation/height_cells.hpp"
+#include "platform/charset.hpp"
 #include "platform/paths.hpp"
 
 namespace ferrowen {
@@ -17,6 +18,8 @@ constexpr std::uint64_t largest_directory = 64ULL << 20;
 constexpr std::uint64_t in_zip64_field = 0xFFFFFFFF;
 constexpr std::uint64_t zip64_field = 1;
 constexpr unsigned encrypted_flag = 1;
+constexpr unsigned utf8_flag = 1U << 11U;
+constexpr int first_code_page = 437;
 constexpr unsigned made_on_unix = 3;
 constexpr unsigned kind_mask = 0xF000;
 constexpr unsigned link_kind = 0xA000;
@@ -44,17 +47,26 @@ std::uint64_t zip64_size(std::string_view extra) {
   return in_zip64_field;
 }
 
+// Names are UTF-8 where a flag says so, and as tools of Unix write them without it; else in the code page of
+// the first archivers.
+std::string name_text(std::string_view bytes, bool is_utf8) {
+  if (is_utf8) return std::string(bytes);
+  return platform::decode(bytes, first_code_page).value_or(std::string(bytes));
+}
+
 ArchiveItem entry_at(std::string_view header, std::size_t name_size, std::size_t extra_size) {
   ArchiveItem entry;
-  entry.name = header.substr(header_size, name_size);
+  const std::string_view name = header.substr(header_size, name_size);
+  const std::uint64_t flags = number_at(header, 8, 2);
+  const bool has_unix_mode = number_at(header, 5, 1) == made_on_unix;
+  entry.name = name_text(name, (flags & utf8_flag) != 0 || (has_unix_mode && is_valid_utf8(name)));
   entry.size = number_at(header, 24, 4);
   if (entry.size == in_zip64_field)
     entry.size = zip64_size(header.substr(header_size + name_size, extra_size));
   entry.method = static_cast<unsigned>(number_at(header, 10, 2));
   entry.checksum = static_cast<std::uint32_t>(number_at(header, 16, 4));
   entry.is_folder = entry.name.ends_with('/') || entry.name.ends_with('\\');
-  entry.is_encrypted = (number_at(header, 8, 2) & encrypted_flag) != 0;
-  const bool has_unix_mode = number_at(header, 5, 1) == made_on_unix;
+  entry.is_encrypted = (flags & encrypted_flag) != 0;
   entry.is_link = has_unix_mode && ((number_at(header, 38, 4) >> 16) & kind_mask) == link_kind;
   return entry;
 }

@@ -13,7 +13,7 @@
 namespace ferrowen {
 
 struct ArchiveItem {
-  std::string name;            // as stored, folders included
+  std::string name;            // as stored, folders included, in UTF-8
   std::uint64_t size = 0;      // unpacked
   std::uint32_t checksum = 0;  // of the unpacked bytes, CRC-32
   unsigned method = 0;         // how it is packed: 0 not at all, 8 deflate

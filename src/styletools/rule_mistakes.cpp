@@ -22,6 +22,7 @@ constexpr std::string_view action_words[] = {
     "set",   "add",        "delete", "deletealltags", "rename",    "name",      "addlabel",
     "apply", "apply_once", "echo",   "echotags",      "addaccess", "setaccess",
 };
+constexpr std::string_view list_actions[] = {"name", "addlabel", "addaccess", "setaccess"};
 constexpr std::string_view type_words[] = {
     "copy", "continue", "propagate", "with_actions", "withactions", "no_propagate", "oneway", "access",
 };
@@ -34,6 +35,26 @@ bool is_one_of(std::string_view word, const Words& words) {
 
 bool begins_with_one_of(std::string_view text, std::string_view characters) {
   return !text.empty() && contains(characters, text.substr(0, 1));
+}
+
+// Of such characters mkgmap's words consist; each other one is a word of its own.
+bool is_word_character(char c) {
+  return (c & 0x80) != 0 || (c >= '0' && c <= '9') || (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') ||
+         contains("_-.:", std::string_view(&c, 1));
+}
+
+std::string beginning_of(std::string_view text) {
+  constexpr std::size_t longest = 30;
+  text = text.substr(0, longest);
+  text.remove_suffix(unfinished_utf8_tail(text));
+  return std::string(text);
+}
+
+std::string in_quotes(std::string_view word) {
+  constexpr std::size_t longest = 60;
+  word = word.substr(0, longest);
+  word.remove_suffix(unfinished_utf8_tail(word));
+  return "'" + std::string(word) + "'";
 }
 
 // Whether mkgmap can find objects by a part of a condition, as it stands and negated.
@@ -62,12 +83,7 @@ class ConditionReader {
   }
   [[nodiscard]] bool is_over() const { return !m_mistake.empty() || m_gave_up; }
 
-  [[nodiscard]] std::string rest() const {
-    constexpr std::size_t longest = 30;
-    std::string_view shown = m_text.substr(0, longest);
-    shown.remove_suffix(unfinished_utf8_tail(shown));
-    return std::string(shown);
-  }
+  [[nodiscard]] std::string rest() const { return beginning_of(m_text); }
 
   bool take(std::string_view sign) {
     m_text = trim(m_text);
@@ -136,11 +152,12 @@ class ConditionReader {
     operand(is_value_function);
     if (is_function) return {false, false};
     if (sign == "!=") return {false, true};
-    return {true, sign == "!~"};
+    return {true, false};
   }
 
   std::string_view take_sign() {
-    for (const std::string_view sign : {"!=", "!~", "<=", ">=", "=", "<", ">", "~"}) {
+    if (take("!~")) fail("mkgmap does not know '!~': put '!' before the test in brackets.");
+    for (const std::string_view sign : {"!=", "<=", ">=", "=", "<", ">", "~"}) {
       if (take(sign)) return sign;
     }
     return "";
@@ -155,6 +172,9 @@ class ConditionReader {
                           : "A test is expected before: " + rest());
       return word;
     }
+    const bool stands_alone = word == "*" || word.front() == '$';
+    if (!stands_alone && !std::all_of(word.begin(), word.end(), is_word_character))
+      fail(in_quotes(word) + " must stand in quotes.");
     m_text = trim(m_text.substr(word.size()));
     if (!m_text.starts_with('(')) return word;
     const std::size_t end = m_text.find(')');
@@ -181,6 +201,83 @@ class ConditionReader {
   int m_depth = 0, m_negations = 0;
   bool m_was_alone = false;  // the last test was a key alone
   bool m_gave_up = false;
+};
+
+// Walks the actions of a rule word by word, as mkgmap does.
+class ActionReader {
+ public:
+  explicit ActionReader(std::string_view text) : m_rest(trim(text)) {
+    while (m_rest.ends_with(';'))
+      m_rest = trim(m_rest.substr(0, m_rest.size() - 1));
+  }
+
+  std::string read() {
+    std::string_view last;  // the action that has just ended, until a ';'
+    while (!m_rest.empty()) {
+      const std::string_view before = m_rest;
+      const std::string_view word = next();
+      if (word == ";" || word == "}") {
+        last = {};
+        continue;
+      }
+      if (!is_one_of(word, action_words)) {
+        if (last.empty()) return in_quotes(word) + " is no action.";
+        return "There is something behind " + in_quotes(last) + ": " + beginning_of(before) +
+               " (a value of more than one word needs quotes)";
+      }
+      if (!take_arguments(word)) return in_quotes(word) + " lacks its tag or its value.";
+      last = word;
+    }
+    return "";
+  }
+
+ private:
+  // The next word, quoted text or sign; "" at the end.
+  std::string_view next() {
+    std::size_t end = 0;
+    while (end < m_rest.size() && is_word_character(m_rest[end]))
+      ++end;
+    if (begins_with_one_of(m_rest, quotes)) end = m_rest.find(m_rest.front(), 1);
+    if (end < m_rest.size() && !is_word_character(m_rest[end]) && (end == 0 || m_rest.front() == m_rest[end]))
+      ++end;
+    const std::string_view word = m_rest.substr(0, end);
+    m_rest = trim(m_rest.substr(word.size()));
+    return word;
+  }
+
+  bool take(std::string_view sign) {
+    if (!m_rest.starts_with(sign)) return false;
+    next();
+    return true;
+  }
+
+  bool take_value() {
+    if (m_rest.empty() || contains(";|}", m_rest.substr(0, 1))) return false;
+    next();
+    return true;
+  }
+
+  bool take_values() {
+    do {
+      if (!take_value()) return false;
+    } while (take("|"));
+    return true;
+  }
+
+  bool take_arguments(std::string_view action) {
+    if (action == "set" || action == "add") return take_value() && take("=") && take_values();
+    if (is_one_of(action, list_actions)) return take_values();
+    if (action == "deletealltags") return true;
+    if (action == "rename") return take_value() && take_value();
+    if (!action.starts_with("apply")) return take_value();
+    const bool names_role = m_rest.starts_with("role");
+    if (names_role) next();
+    if (names_role && !(take("=") && !m_rest.starts_with('{') && take_value())) return false;
+    take("{");
+    return true;
+  }
+
+  std::string_view m_rest;
 };
 
 // The words of a type definition: blanks and "=" part them, quoted text is one.
@@ -210,13 +307,6 @@ bool is_number(std::string_view word, bool may_be_range) {
   const std::size_t sign = may_be_range ? word.find('-') : std::string_view::npos;
   if (sign == std::string_view::npos) return is_digits(word);
   return is_digits(word.substr(0, sign)) && is_digits(word.substr(sign + 1));
-}
-
-std::string in_quotes(std::string_view word) {
-  constexpr std::size_t longest = 60;
-  word = word.substr(0, longest);
-  word.remove_suffix(unfinished_utf8_tail(word));
-  return "'" + std::string(word) + "'";
 }
 
 // Walks the rules and the blocks of "if" that they stand in.
@@ -261,6 +351,8 @@ class MistakeWalk {
     ConditionState state = examine_condition(statement.tests);
     m_blocks.push_back({state.is_indexable, state.is_opposite_indexable, false});
     if (!statement.text.ends_with("then")) return "'then' is missing behind the condition of 'if'.";
+    if (state.mistake.empty() && !statement.tests.starts_with('('))
+      return "The condition of 'if' must begin with '('.";
     if (state.mistake.empty() && !state.is_indexable && !is_found_by_others) return not_indexable;
     return std::move(state.mistake);
   }
@@ -268,6 +360,8 @@ class MistakeWalk {
   std::string rule_mistake(const StyleStatement& statement) const {
     ConditionState state = examine_condition(statement.tests);
     if (!state.mistake.empty()) return std::move(state.mistake);
+    if (statement.has_late_actions)
+      return "A rule has one block of actions at most, and it stands before the types.";
     if (std::string mistake = action_mistake(statement.actions); !mistake.empty()) return mistake;
     for (const std::string& definition : statement.types)
       if (std::string mistake = type_mistake(definition); !mistake.empty()) return mistake;
@@ -301,12 +395,7 @@ std::vector<StyleProblem> rule_mistakes(const StyleRules& rules) { return Mistak
 
 ConditionState examine_condition(std::string_view tests) { return ConditionReader(tests).read(); }
 
-std::string action_mistake(std::string_view actions) {
-  for (const std::string_view word : first_words(actions)) {
-    if (!is_one_of(word, action_words)) return in_quotes(word) + " is no action.";
-  }
-  return "";
-}
+std::string action_mistake(std::string_view actions) { return ActionReader(actions).read(); }
 
 std::string type_mistake(std::string_view definition) {
   const std::vector<std::string_view> words = definition_words(definition);

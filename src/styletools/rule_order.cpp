@@ -21,6 +21,9 @@ using Alternatives = std::vector<Alternative>;
 // the most follows from, and of them the newest: enough for every style, and no walk over all pairs of rules.
 constexpr std::size_t most_candidates = 64;
 
+// Each open block carries the conditions of those around it; of deeper ones nothing is known.
+constexpr std::size_t deepest_block = 64;
+
 // Something that ended or changed the objects for which all its tests held.
 struct Earlier {
   Alternative tests;
@@ -196,9 +199,10 @@ class OrderWalk {
 
   void begin_block(const StyleStatement& statement) {
     Block block;
+    block.line = statement.place.line;
+    if (m_blocks.size() >= deepest_block) return m_blocks.push_back(std::move(block));
     block.outer = m_blocks.empty() ? Alternatives{{}} : m_blocks.back().now;
     block.own = parse_tests(statement.tests);
-    block.line = statement.place.line;
     block.now = both(block.outer, condensed(block.own, "the 'if' of line " + std::to_string(block.line)));
     if (!m_blocks.empty()) block.keys = m_blocks.back().keys;
     for (const Alternative& alternative : block.own.value_or(Alternatives{})) {

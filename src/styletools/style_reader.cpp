@@ -4,11 +4,11 @@
 
 #include "app/start_up.hpp"
 #include "app/style_info.hpp"
+#include "app/style_source.hpp"
 #include "base/files.hpp"
 #include "base/text.hpp"
 #include "platform/paths.hpp"
 #include "styletools/style_rules.hpp"
-#include "styletools/style_source.hpp"
 
 namespace ferrowen {
 
@@ -60,6 +60,7 @@ class StyleFinder {
     found.path = path_of(include, own_folder, found.folder);
     if (found.path.empty() && m_source.is_closed_book(include.style)) {
       found.note = not_read(include.name, include.style);
+      found.is_broken = !m_source.problem().empty();
       return found;
     }
     if (found.path.empty()) return std::nullopt;
@@ -78,9 +79,11 @@ class StyleFinder {
   std::vector<StyleProblem> problems;  // of the styles that it is based on
 
  private:
-  static std::string not_read(const std::string& what, const std::string& style) {
+  [[nodiscard]] std::string not_read(const std::string& what, const std::string& style) const {
+    const std::string& problem = m_source.problem();
     return "'" + what + "' is taken from mkgmap's own style '" + style +
-           "'; it is not read, because mkgmap.jar is not known.";
+           "'; it is not read, because mkgmap.jar is " +
+           (problem.empty() ? "not known." : "broken: " + problem);
   }
 
   // The style's own folder first, then the styles folder; with "from" the folder of that style.
@@ -126,12 +129,15 @@ class StyleFinder {
   void follow_bases(const std::string& folder) {
     const std::string info = path_below(folder, "info");
     if (folder.empty() || !m_source.has_file(info)) return;
-    std::vector<BaseStyle> bases = base_styles(m_source.read(info).value);
+    const Result<std::string> text = m_source.read(info);
+    if (!text.ok()) problems.push_back({{}, text.error, info});
+    std::vector<BaseStyle> bases = base_styles(text.value);
     for (auto base = bases.rbegin(); base != bases.rend(); ++base) {
       const std::string below = style_folder(base->name, folder);
       StyleProblem problem{{0, base->line}, "The base style '" + base->name + "' is missing.", info};
       if (below.empty() && m_source.is_closed_book(base->name))
-        problems.push_back({problem.place, not_read("base-style", base->name), info, true});
+        problems.push_back(
+            {problem.place, not_read("base-style", base->name), info, m_source.problem().empty()});
       else if (below.empty())
         problems.push_back(std::move(problem));
       else

@@ -24,6 +24,7 @@ struct StyleStatement {
   std::string actions;             // what stands in "{" "}"; blocks are joined by ";"
   std::vector<std::string> types;  // what stands in each "[" "]"
   std::string condition;           // all that stands before its first "["
+  bool has_late_actions = false;   // a second "{" "}", or one behind a type
   bool tests_name = false;
   std::vector<std::string> mkgmap_tags;  // tested, without "mkgmap:"
 };

@@ -3,12 +3,11 @@
 #include <algorithm>
 
 #include "base/text.hpp"
+#include "styletools/style_scan.hpp"
 
 namespace ferrowen {
 
 namespace {
-
-constexpr std::string_view comment_may_follow = " ]};{[";
 
 // Where a line is in a statement: which bracket is open, what stood last.
 struct Brackets {
@@ -45,31 +44,6 @@ struct Brackets {
     }
   }
 };
-
-// Calls `each` for every character outside quotes until a comment begins or it returns false; returns where
-// that is.
-template <typename Each>
-std::size_t scan(std::string_view text, Each each) {
-  char quote = 0;
-  for (std::size_t at = 0; at < text.size(); ++at) {
-    const char c = text[at];
-    if (quote != 0) {
-      if (c == quote) quote = 0;
-    } else if (c == '\'' || c == '"') {
-      quote = c;
-      if (!each('x', at)) return at;
-    } else if (c == '#' && (at == 0 || contains(comment_may_follow, text.substr(at - 1, 1)))) {
-      return at;
-    } else if (!each(c, at)) {
-      return at;
-    }
-  }
-  return text.size();
-}
-
-std::string_view without_comment(std::string_view line) {
-  return trim(line.substr(0, scan(line, [](char, std::size_t) { return true; })));
-}
 
 bool is_word(std::string_view line, std::string_view word) {
   return line.starts_with(word) &&
@@ -194,12 +168,15 @@ class StatementReader {
     Brackets brackets;
     std::size_t begin = 0;
     std::size_t tests_end = text.size();
+    bool any_block = false;
     const auto close = [&](std::size_t at) {
       const std::string_view block = trim(text.substr(begin, at - begin));
       if (brackets.open == '[')
         statement.types.emplace_back(block);
       else if (brackets.open == '{')
         statement.actions.append(block).append(";");
+      if (brackets.open == '{' && any_block) statement.has_late_actions = true;
+      any_block = true;
     };
     scan(text, [&](char c, std::size_t at) {
       Brackets after = brackets;

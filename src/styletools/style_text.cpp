@@ -3,7 +3,10 @@
 #include <algorithm>
 #include <map>
 
+#include "app/style_info.hpp"
+#include "base/encoding.hpp"
 #include "base/text.hpp"
+#include "styletools/style_scan.hpp"
 
 namespace ferrowen {
 
@@ -30,63 +33,13 @@ void normalise(std::string& line) {
   replace_in(line, " }", "}");
 }
 
-// What is not UTF-8 is looked at as Latin-1, so that it can be shown and its rules be checked.
-std::string utf8_of_latin1(std::string_view bytes) {
-  std::string text;
-  for (const char c : bytes) {
-    const auto byte = static_cast<unsigned char>(c);
-    if (byte < 0x80) {
-      text += c;
-    } else {
-      text += static_cast<char>(0xC0 | (byte >> 6));
-      text += static_cast<char>(0x80 | (byte & 0x3F));
-    }
-  }
-  return text;
-}
-
 bool is_comment(std::string_view line) { return trim(line).starts_with('#'); }
 
 // A bracket opened at the end of a line draws the next line up; a comment draws up comments alone, so that
-// it never swallows a rule.
+// it never swallows a rule, wherever on its line it begins.
 bool draws_up(std::string_view line, std::string_view next) {
-  return (line.ends_with('{') || line.ends_with('[')) && (!is_comment(line) || is_comment(next));
-}
-
-std::string_view next_word(std::string_view& text) {
-  text = trim(text);
-  std::size_t end = 0;
-  if (!text.empty() && (text.front() == '\'' || text.front() == '"')) {
-    const char quote = text.front();
-    text.remove_prefix(1);
-    end = text.find(quote);
-    if (end == std::string_view::npos) return text = {};
-    const std::string_view word = text.substr(0, end);
-    text.remove_prefix(end + 1);
-    return word;
-  }
-  end = std::min(text.find_first_of(" ;\t"), text.size());
-  const std::string_view word = text.substr(0, end);
-  text.remove_prefix(end);
-  return word;
-}
-
-struct IncludeWords {
-  std::string_view name, style;  // the name is "" when the line includes nothing
-};
-
-// include 'name'; and include 'name' from style;
-IncludeWords include_words(std::string_view line) {
-  IncludeWords words;
-  line = trim(line);
-  if (!equal_ignoring_case(line.substr(0, include_keyword.size()), include_keyword)) return words;
-  line.remove_prefix(include_keyword.size());
-  if (line.empty() || !contains(" '\"", line.substr(0, 1))) return words;
-  const std::string_view name = trim(next_word(line));
-  if (name.empty() || contains("=&|!~<>", name.substr(0, 1))) return words;
-  words.name = name;
-  if (next_word(line) == "from") words.style = next_word(line);
-  return words;
+  if (!line.ends_with('{') && !line.ends_with('[')) return false;
+  return without_comment(line) == trim(line) || (is_comment(line) && is_comment(next));
 }
 
 class TextReader {
@@ -135,7 +88,7 @@ class TextReader {
       bytes.remove_prefix(length == std::string_view::npos ? bytes.size() : length + 1);
       if (!is_utf8 && !is_valid_utf8(line)) {
         foreign.push_back(number);
-        line = utf8_of_latin1(line);
+        line = utf8_or_latin1(line);  // so that it can be shown and its rules be checked
       }
       normalise(line);
       add_line({file, number}, std::move(line));
@@ -150,7 +103,9 @@ class TextReader {
 
   void add_line(StylePlace place, std::string line) {
     const bool has_previous = m_style.lines.size() > m_style.files[place.file].first_line;
-    if (has_previous && draws_up(m_style.lines.back().text, line))
+    const bool is_drawn_up = has_previous && draws_up(m_last_line, line);
+    m_last_line = line;
+    if (is_drawn_up)
       m_style.lines.back().text += line;
     else
       m_style.lines.push_back({place, std::move(line)});
@@ -166,6 +121,7 @@ class TextReader {
         if (!mistake.empty()) report(line.place, std::move(mistake));
         continue;
       }
+      report_spelling(line.place, line.text);
       const std::size_t index = m_style.includes.size();
       m_style.includes.push_back(
           {line.place, std::move(name), std::string(include_words(line.text).style), std::nullopt});
@@ -173,10 +129,19 @@ class TextReader {
     }
   }
 
+  // What mkgmap refuses, however plain it is what is meant.
+  void report_spelling(StylePlace place, std::string_view line) {
+    const IncludeWords words = include_words(line);
+    if (!trim(line).starts_with(include_keyword)) report(place, "mkgmap knows 'include' in lower case only.");
+    if (!words.is_quoted && words.name.find_first_of("/\\") != std::string_view::npos)
+      report(place, "'" + std::string(words.name) + "' must stand in quotes.");
+  }
+
   void follow(std::size_t index, const std::string& folder) {
     const StyleInclude include = m_style.includes[index];
     const std::optional<StyleFileBytes> file = m_source(include, folder);
-    if (file && !file->note.empty()) return m_style.problems.push_back({include.place, file->note, "", true});
+    if (file && !file->note.empty())
+      return m_style.problems.push_back({include.place, file->note, "", !file->is_broken});
     if (!file) return report(include.place, "The included file '" + include.name + "' is missing.");
     const auto known = m_known.find(file->path);
     if (known != m_known.end()) {
@@ -196,6 +161,7 @@ class TextReader {
   const IncludeSource& m_source;
   std::vector<std::uint32_t> m_open;  // files whose include lines are being followed, outermost first
   bool m_is_base = false;
+  std::string m_last_line;                       // before it was joined with others
   std::map<std::string, std::uint32_t> m_known;  // the files read, by their paths
 };
 

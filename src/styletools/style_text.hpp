@@ -65,8 +65,9 @@ struct StyleText {
 // A file as it was found: bytes as they are on the disk.
 struct StyleFileBytes {
   std::string path, folder, bytes;
-  std::string name = {};  // of a rule file, where it is another one than that of its kind
-  std::string note = {};  // why it was not read although it is there; nothing else is set then
+  std::string name = {};   // of a rule file, where it is another one than that of its kind
+  std::string note = {};   // why it was not read although it is there; no file is set then
+  bool is_broken = false;  // something is wrong with what it would have been read from
 };
 // Finds what an include line names, seen from the folder of the style that the line stands in.
 using IncludeSource =

@@ -81,22 +81,6 @@ std::vector<TagAction> tag_actions(std::string_view actions) {
   return found;
 }
 
-std::vector<std::string_view> first_words(std::string_view actions) {
-  std::vector<std::string_view> words;
-  for (std::string_view action : single_actions(actions)) {
-    while (true) {
-      action.remove_prefix(std::min(action.find_first_not_of("} "), action.size()));
-      const std::string_view word = action.substr(0, action.find_first_of(" \"'{}"));
-      if (word.empty()) break;
-      words.push_back(word);
-      const std::size_t inside = word.starts_with("apply") ? action.find('{') : std::string_view::npos;
-      if (inside == std::string_view::npos) break;
-      action.remove_prefix(inside + 1);
-    }
-  }
-  return words;
-}
-
 std::vector<std::string> referred_tags(std::string_view text) {
   std::vector<std::string> found;
   for (std::size_t at = text.find('$'); at != std::string_view::npos; at = text.find('$', at + 1)) {
@@ -104,7 +88,8 @@ std::vector<std::string> referred_tags(std::string_view text) {
     const bool braced = rest.starts_with('{');
     if (!braced && (at == 0 || text[at - 1] != '\'')) continue;
     if (braced) rest.remove_prefix(1);
-    const std::string_view tag = trim(rest.substr(0, rest.find_first_of(braced ? "}|'\"" : " '\"|;}(")));
+    // A name ends at the latest where the next one begins, so that no stretch of the text is walked twice.
+    const std::string_view tag = trim(rest.substr(0, rest.find_first_of(braced ? "${}|'\"" : "${} '\"|;(")));
     if (!tag.empty()) found.emplace_back(tag);
   }
   return found;

@@ -18,8 +18,6 @@ struct TagAction {
 
 // In order; actions that change no tag are left out.
 std::vector<TagAction> tag_actions(std::string_view actions);
-// The word that each action begins with: "set", "name", ...; of "apply {...}" those inside too.
-std::vector<std::string_view> first_words(std::string_view actions);
 // The tags that values refer to as ${tag} or '$tag, in order, filters left out.
 std::vector<std::string> referred_tags(std::string_view text);
 

@@ -13,6 +13,7 @@
 #include "automation/auto_run.hpp"
 #include "base/files.hpp"
 #include "base/text.hpp"
+#include "elevation/clipped_contours.hpp"
 #include "elevation/contour_clip.hpp"
 #include "elevation/height_cells.hpp"
 #include "elevation/hgt_coverage.hpp"
@@ -307,11 +308,12 @@ void f1::show_heights() {
   m_plot->refresh_layers();
   QString text;
   if (ticked("contours") && ticked("clip-contours")) {
-    const CellFiles clips =
-        find_cell_files(needed_cells(m_workspace, *m_prompts), current_clip_folder(m_workspace.settings),
-                        CellFile::clipped_contours);
-    text = to_qt(m_workspace.message(244)) +
-           QStringLiteral(": %1/%2").arg(clips.found.size()).arg(clips.found.size() + clips.missing.size());
+    // Those that a build takes; the others are as good as not there.
+    const std::vector<std::string> cells = needed_cells(m_workspace, *m_prompts);
+    const ClippedContours clips = find_clipped_contours(cells, current_clip_folder(m_workspace.settings),
+                                                        searched_contour_folders(m_workspace.settings));
+    text =
+        to_qt(m_workspace.message(244)) + QStringLiteral(": %1/%2").arg(clips.files.size()).arg(cells.size());
   }
   m_clip_label->setText(text);
 }

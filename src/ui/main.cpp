@@ -4,6 +4,7 @@
 #include <QIcon>
 #include <QMessageBox>
 #include <QTimer>
+#include <exception>
 
 #include "app/version.hpp"
 #include "platform/paths.hpp"
@@ -21,6 +22,32 @@ using ui::to_qt;
 constexpr int message_already_running = 126;
 constexpr int status_stopped = 3;
 constexpr int interrupt_milliseconds = 200;
+
+// What escapes from a window would end the program in the middle of a person's work.
+class Application : public QApplication {
+ public:
+  using QApplication::QApplication;
+
+  bool notify(QObject* receiver, QEvent* event) override {
+    try {
+      return QApplication::notify(receiver, event);
+    } catch (const std::exception& problem) {
+      show(to_qt(problem.what()));
+    }
+    return false;
+  }
+
+ private:
+  // One box at a time: what fails while a window is drawn fails again behind the box.
+  void show(const QString& text) {
+    if (m_showing) return qCritical("%s", qUtf8Printable(text));
+    m_showing = true;
+    QMessageBox::critical(QApplication::activeWindow(), QStringLiteral("Ferrowen"), text);
+    m_showing = false;
+  }
+
+  bool m_showing = false;
+};
 
 std::optional<std::string> home_option(const QCommandLineParser& parser) {
   if (!parser.isSet(QStringLiteral("home"))) return std::nullopt;
@@ -47,7 +74,7 @@ void begin(ui::f1& window, const ui::WindowSession& session, const QStringList& 
 }  // namespace
 
 int main(int count, char** arguments) {
-  const QApplication application(count, arguments);
+  const Application application(count, arguments);
   QApplication::setApplicationName(QStringLiteral("Ferrowen"));
   QApplication::setDesktopFileName(QStringLiteral("org.ferrowen.Ferrowen"));
   QApplication::setApplicationVersion(to_qt(version_text));

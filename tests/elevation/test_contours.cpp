@@ -5,11 +5,13 @@
 #include <tuple>
 
 #include "base/files.hpp"
+#include "base/inflate.hpp"
 #include "base/text.hpp"
 #include "elevation/contour_run.hpp"
 #include "elevation/contour_script.hpp"
 #include "elevation/contour_style.hpp"
 #include "support/stand_in.hpp"
+#include "support/zip_bytes.hpp"
 
 using namespace ferrowen;
 using Texts = std::vector<std::string>;
@@ -189,6 +191,9 @@ TEST_CASE("a style draws contours when its rules or those below it speak of them
       {"round/points", "include \"points\" from round;\n"},
       {"gone/lines", "include 'inc/contour_lines';\n"},
       {"over/info", "base-style: own\nbase-style: over\n"},
+      {"glued/lines", "include'inc\\\\deep';\n"},
+      {"glued/inc/deep", "contour=elevation [0x20]\n"},
+      {"feet/info", "base-style: contours_ft\n"},
       {"builtin/info", "base-style=default\n"}};
   for (const auto& [name, text] : files)
     folder.write(name, text);
@@ -196,9 +201,16 @@ TEST_CASE("a style draws contours when its rules or those below it speak of them
   settings.styles_folder = folder.path();
   const std::tuple<const char*, bool> rows[] = {{"plain", false},  {"own", true},     {"over", true},
                                                 {"builtin", true}, {"default", true}, {"none", false},
-                                                {"other", true},   {"round", false},  {"gone", false}};
+                                                {"other", true},   {"round", false},  {"gone", false},
+                                                {"glued", true},   {"feet", false}};
   for (const auto& [style, draws] : rows) {
     settings.style = style;
     CHECK(draws_contours(settings) == draws);
   }
+  const std::string rules = "contour=elevation [0x20]\n";
+  const auto size = static_cast<std::uint32_t>(rules.size());
+  settings.mkgmap_jar = folder.write(
+      "mkgmap.jar", test::zip_bytes({{"styles/contours_ft/lines", rules, 0, size, crc32(rules), 0}}));
+  settings.style = "feet";
+  CHECK(draws_contours(settings));
 }

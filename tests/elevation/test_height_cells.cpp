@@ -162,6 +162,10 @@ TEST_CASE("download help") {
   CHECK(state.summary == "4 HGT needed: 3 HGT not found: /4");
   CHECK(download_message(state, stage.workspace) ==
         "HGT files missing (3)\r\nN46E010.hgt\r\nN47E009.hgt\r\nN47E010.hgt");
+  stage.home.write("h/N47E010.hgt", "12345");  // heights are counted, not files
+  state = download_state(stage.workspace, stage.prompts);
+  CHECK(state.summary == "4 HGT needed: 3 HGT not found: /4");
+  CHECK(cells_in(state.cells, CellCondition::damaged) == Texts{"N47E010.hgt"});
   stage.workspace.saved_selection = true;  // of no tile at all
   CHECK(download_message(state, stage.workspace) == "Please select a Tile.");
   stage.workspace.saved_selection = false;

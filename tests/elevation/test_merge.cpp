@@ -98,6 +98,12 @@ TEST_CASE("merge refuses before it runs anything") {
   CHECK(refusal({one, two}, target) == "Target PBF File exists.\r\n\r\nReplace " + target + "?");
   CHECK(read_whole_file(target) == "pbf");
   CHECK(merge_target("A.PBF").value == "A.pbf");
+  // What keeps it from beginning costs nothing that lies there.
+  stage.prompts.default_answer = Answer::yes;
+  const std::string in_the_way = stage.home.write("temp/merge", "mine");
+  CHECK(refusal({one, two}, target).find(in_the_way) != std::string::npos);
+  CHECK(read_whole_file(target) == "pbf");
+  CHECK(read_whole_file(in_the_way) == "mine");
 }
 
 #ifndef _WIN32

@@ -71,6 +71,16 @@ TEST_CASE("what an archive may not hold") {
   }
 }
 
+TEST_CASE("names are UTF-8 where the archive says so or Unix made it, else of code page 437") {
+  constexpr unsigned utf8_flag = 1U << 11U;
+  const auto name_of = [](const std::string& stored, unsigned flags) {
+    return read(archive_of({{stored, 5, 0, flags}})).value.at(0).name;
+  };
+  CHECK(name_of("H\x94he.txt", 0) == "H\u00f6he.txt");
+  CHECK(name_of("H\u00f6he.txt", utf8_flag) == "H\u00f6he.txt");
+  CHECK(name_of("H\u00f6he.txt", 0) == "H\u00f6he.txt");
+}
+
 TEST_CASE("zip.cmd and its shell sister") {
   const auto text = [](const char* program, const char* folder, Dialect dialect) {
     const Result<ConsoleScript> script = unzip_script(program, folder, dialect);
@@ -116,6 +126,11 @@ TEST_CASE("unzip refuses before it runs anything") {
         "Not unzipped:\r\nb.zip 'x/../../y' leads out of the folder\r\nc.zip is no complete zip archive.\r\n"
         "d.zip 'a.zip' is an archive itself");
   CHECK(read_whole_file(stage.home / "down/N47E009.hgt") == "old");
+  stage.home.write("tracks/my tracks/a.gpx", "mine");
+  stage.home.write("tracks/t.zip", archive_of({{"x/my tracks", 5}}));
+  CHECK(refusal(stage.home / "tracks") ==
+        "Not unzipped:\r\nt.zip 'x/my tracks' has the name of a folder that is there");
+  CHECK(read_whole_file(stage.home / "tracks/my tracks/a.gpx") == "mine");
   stage.home.write("down/a.zip", archive_of({{"N47E009.hgt"}}));
   CHECK(archives_with_cells(folder, {"N47E009.hgt"}) == Texts{"a.zip"});
 }

@@ -5,13 +5,16 @@
 #include <filesystem>
 #include <functional>
 
+#include "base/files.hpp"
 #include "base/text.hpp"
+#include "elevation/tool_script.hpp"
 #include "pipeline/cleanup.hpp"
 #include "pipeline/device_image.hpp"
 #include "pipeline/installed_maps.hpp"
 #include "pipeline/registration_repair.hpp"
 #include "support/built_map.hpp"
 #include "support/faults.hpp"
+#include "support/temp_folder.hpp"
 
 using namespace ferrowen;
 using test::Built;
@@ -170,4 +173,49 @@ TEST_CASE("faults while a device image is copied") {
         CHECK((there == "device" || source == "device"));
         if (copy.result == StageResult::done) CHECK(there == "device");
       });
+}
+
+TEST_CASE("faults while results of the elevation tools are put in order") {
+  const std::vector<std::string> names = {"good", "bad", "none", "new"};
+  for (const bool all_that_follow : {false, true}) {
+    for (const bool while_clearing : {true, false}) {
+      int number = 1;
+      for (bool happened = true; happened && number < most_operations; ++number) {
+        CAPTURE(number);
+        CAPTURE(all_that_follow);
+        CAPTURE(while_clearing);
+        const test::TempFolder folder;
+        std::vector<std::string> paths;
+        for (const std::string& name : names)
+          paths.push_back(name == "new" ? folder / name : folder.write(name, "old"));
+        ExpectedFiles files(paths);
+        const auto settle = [&] {
+          return files.settle([](const std::string& path) { return read_whole_file(path) == "good"; });
+        };
+        Status told;
+        if (while_clearing) {
+          const test::Faults faults(number, all_that_follow);
+          told = files.clear_the_way();
+          if (!told.ok()) static_cast<void>(settle());
+          happened = faults.happened();
+        } else {
+          REQUIRE(files.clear_the_way().ok());
+          for (const char* name : {"good", "bad", "new"})
+            folder.write(name, name);
+          const test::Faults faults(number, all_that_follow);
+          told.error = settle().error;
+          happened = faults.happened();
+        }
+        CHECK((told.ok() || happened));
+        for (const std::string& path : paths) {
+          const std::string bytes = read_whole_file(path);
+          const bool is_old = bytes == "old" || read_whole_file(path + ".before") == "old";
+          CHECK_MESSAGE((is_old || bytes == "good" || path.ends_with("new")), path);
+          if (while_clearing && !all_that_follow && !told.ok())
+            CHECK(bytes == (path.ends_with("new") ? "" : "old"));
+        }
+      }
+      CHECK(number > 3);
+    }
+  }
 }

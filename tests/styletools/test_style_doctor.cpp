@@ -3,7 +3,9 @@
 #include <tuple>
 
 #include "base/text.hpp"
+#include "styletools/rule_order.hpp"
 #include "styletools/style_doctor.hpp"
+#include "styletools/tag_actions.hpp"
 #include "styletools/tag_tests.hpp"
 #include "support/temp_folder.hpp"
 
@@ -23,6 +25,8 @@ LoadedStyle style_of(const std::string& text, RuleKind kind = RuleKind::lines,
   style.rules = get_styletypes(style.text);
   return style;
 }
+
+StyleRules rules_with(const std::string& text) { return style_of(text).rules; }
 
 // The four columns of each row, joined by "|".
 Texts rows_of(const DoctorReport& report) {
@@ -341,6 +345,22 @@ TEST_CASE("Style Check: many rules with the same first test hide none that is lo
     REQUIRE(lost != rows.end());
     CHECK(lost->other_place == "lines:1");
   }
+}
+
+TEST_CASE("Style Check: neither deep blocks nor unfinished references cost more than their length") {
+  std::string blocks, ends;
+  for (int level = 0; level < 20000; ++level) {
+    blocks += "if (k" + std::to_string(level) + "=v) then\n";
+    ends += "end\n";
+  }
+  const StyleRules deep = rules_with(blocks + "a=b [0x01]\na=b [0x02]\n" + ends);
+  CHECK(fates_of_rules(deep).empty());  // of so deep a place nothing is known
+  CHECK(fates_of_rules(rules_with("if (k=v) then\na=b [0x01]\na=b [0x02]\nend\n")).size() == 1);
+  std::string references;
+  for (int count = 0; count < 500000; ++count)
+    references += "${";
+  CHECK(referred_tags(references + "a}") == Texts{"a"});
+  CHECK(referred_tags("name '${a|def:b}' | '${c' | '$d' | '$e") == Texts{"a", "c", "d", "e"});
 }
 
 TEST_CASE("a rule file that could not be read passes no check") {

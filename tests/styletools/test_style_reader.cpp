@@ -96,7 +96,42 @@ TEST_CASE("mkgmap's own styles come from its archive; where that is not known, a
   CHECK(style_problems(style).empty());
 }
 
+TEST_CASE("a broken archive and an info file that cannot be read are told with their paths") {
+  const test::TempFolder folder;
+  folder.write("mine/info", "base-style: noname\n");
+  folder.write("mine/lines", "include 'inc/x' from default;\n");
+  StyleLocation style = style_in_folder(folder / "mine");
+  style.mkgmap_jar = folder.write("mkgmap.jar", "no archive");
+  const StyleText text = chknodata(style, RuleKind::lines);
+  const std::vector<StyleProblem> of_bases = style_problems(style);
+  REQUIRE(text.problems.size() == 1);
+  REQUIRE(of_bases.size() == 1);
+  for (const StyleProblem& problem : {text.problems[0], of_bases[0]}) {
+    CHECK_FALSE(problem.is_note);
+    CHECK(contains(problem.text, "because mkgmap.jar is broken: " + style.mkgmap_jar + ": is no whole zip"));
+  }
+}
+
+TEST_CASE("the names of base styles are read in whatever encoding they stand") {
+  const test::TempFolder folder;
+  folder.write("mine/info", "base-style: gr\xF6n\n");
+  folder.write("gr\u00f6n/lines", "a=a [0x01]\n");
+  const StyleLocation style = style_in_folder(folder / "mine");
+  CHECK(style_problems(style).empty());
+  CHECK(get_styletypes(chknodata(style, RuleKind::lines)).types == std::vector<std::string>{"00100"});
+}
+
 #ifndef _WIN32
+TEST_CASE("an info file that is no text is told") {
+  const test::TempFolder folder;
+  folder.write("lines", "a=a [0x01]\n");
+  REQUIRE(mkfifo((folder / "info").c_str(), 0600) == 0);
+  const std::vector<StyleProblem> problems = style_problems(style_in_folder(folder.path()));
+  REQUIRE(problems.size() == 1);
+  CHECK(problems[0].path == folder / "info");
+  CHECK(contains(problems[0].text, "is no regular file"));
+}
+
 TEST_CASE("a pipe in place of a rule file is told, not waited for") {
   const test::TempFolder folder;
   REQUIRE(mkfifo((folder / "lines").c_str(), 0600) == 0);

@@ -119,6 +119,17 @@ TEST_CASE("brackets that are never closed are reported and swallow no rule") {
   CHECK(rules.problems[1].text == "'{' is opened here and never closed.");
 }
 
+TEST_CASE("a comment behind a rule draws no rule up, whatever it ends in") {
+  for (const char* end : {" # like [", "# see {", " # [ #[", " #["}) {
+    CAPTURE(end);
+    const StyleRules rules =
+        rules_of("highway=a {set x=y} [0x01 level 1]" + std::string(end) + "\nhighway=a [0x02 level 1]\n");
+    CHECK(rules.types == std::vector<std::string>{"00100", "00200"});
+    CHECK(rules.problems.empty());
+  }
+  CHECK(rules_of("a=b [ # a type [\n0x01]\nc=d [0x02]").types == std::vector<std::string>{"00100", "00200"});
+}
+
 TEST_CASE("include letters go on behind z") {
   const std::pair<std::uint32_t, const char*> cases[] = {{0, ""},       {1, "a) "},    {26, "z) "},
                                                          {27, "aa) "},  {52, "az) "},  {53, "ba) "},
@@ -157,6 +168,10 @@ TEST_CASE("missing includes and loops are problems at their line") {
         std::vector<std::string>{"0:1 The quote of this include line is never closed."});
   CHECK(problems_of(style_of("a=b [0x01]\ninclude '';")) ==
         std::vector<std::string>{"0:2 This include line names no file."});
+  const Files files{{"inc/x", "a=b [0x01]"}, {"a.b", ""}};
+  CHECK(problems_of(style_of("Include 'inc/x';\ninclude inc/x;\ninclude'inc/x';\ninclude a.b;", files)) ==
+        std::vector<std::string>{"0:1 mkgmap knows 'include' in lower case only.",
+                                 "0:2 'inc/x' must stand in quotes."});
   const StyleText loop = style_of("include 'a';", {{"a", "\ninclude 'b';"}, {"b", "include 'a';\n"}});
   CHECK(problems_of(loop) == std::vector<std::string>{"2:1 'a' includes itself."});
   CHECK(loop.files.size() == 3);
@@ -217,6 +232,28 @@ TEST_CASE("what mkgmap refuses in a rule is a problem with its line, and nothing
       {"a=b [0x resolution 20]", "A type must begin with its number, not with '0x'."},
       {"a=b {name 'x;y'; sett a=c}", "'sett' is no action."},
       {"<finalize>\na=b [0x01]", "A rule behind <finalize> must not have a type."},
+      {"if a=b then\nx=y {set f=g}\nend", "The condition of 'if' must begin with '('."},
+      {"if !(a=b) then\nx=y {set f=g}\nend", "The condition of 'if' must begin with '('."},
+      {"a!~'x' [0x01]", "mkgmap does not know '!~': put '!' before the test in brackets."},
+      {"a=b/c [0x01]", "'b/c' must stand in quotes."},
+      {"a=b & c=2,5 [0x01]", "'2,5' must stand in quotes."},
+      {"a=b;c [0x01]", "'b;c' must stand in quotes."},
+      {"a=b#c [0x01]", "'b#c' must stand in quotes."},
+      {"a/b=c [0x01]", "'a/b' must stand in quotes."},
+      {"a=b {set x=y} {set z=w}", "A rule has one block of actions at most, and it stands before the types."},
+      {"a=b [0x01] {set z=w}", "A rule has one block of actions at most, and it stands before the types."},
+      {"a=b {delete a | b}",
+       "There is something behind 'delete': | b (a value of more than one word needs quotes)"},
+      {"a=b {set a=b c=d}",
+       "There is something behind 'set': c=d (a value of more than one word needs quotes)"},
+      {"a=b {set a=b,c}", "There is something behind 'set': ,c (a value of more than one word needs quotes)"},
+      {"a=b {add y=${z}}",
+       "There is something behind 'add': {z} (a value of more than one word needs quotes)"},
+      {"a=b {set a=b |}", "'set' lacks its tag or its value."},
+      {"a=b {set a b=c}", "'set' lacks its tag or its value."},
+      {"a=b {add a=b; name}", "'name' lacks its tag or its value."},
+      {"a=b {rename a}", "'rename' lacks its tag or its value."},
+      {"a=b {set a=b; c=d}", "'c' is no action."},
   };
   for (const auto& [text, expected] : refused) {
     const std::string shown = text;
@@ -239,7 +276,11 @@ TEST_CASE("what mkgmap refuses in a rule is a problem with its line, and nothing
         "!(!(a=b)) {apply role=outer {set x=y; add z='}'}; delete a; echotags 'x'} [1 level 2 continue]",
         "if (a=b) then c!=d [0x01 road_class = 1 road_speed 2] else end",
         "operator=${brand} { delete operator; }", "<finalize>\na=b {name '${a}' | '${b}'}",
-        "a=b & maxspeedkmh()>50 & nosuch()=1 | c~'.*' [0x01 copy]"}) {
+        "a=b & maxspeedkmh()>50 & nosuch()=1 | c~'.*' [0x01 copy]",
+        "if ((a=b)) then c=$d & e=${f:g} & h.i:j-k_l=\u00fc [0x01] end",
+        "a=* & 'b/c'=\"d/e\" & f!=* {} [0x01]",
+        "a=b {set c=d set e='f' | g delete h; rename i j name 'k' | ''; set 'l m'=* }",
+        "a=b {apply {set c=d}; apply_once role='e f' {add g=h} set i=j; deletealltags; echo 'k'}"}) {
     CAPTURE(text);
     CHECK(rules_of(text).problems.empty());
   }

@@ -26,6 +26,8 @@ class StyleSource {
   std::string built_in(const std::string& style);
   // The archive cannot be looked into, and mkgmap has a style of that name.
   bool is_closed_book(const std::string& style);
+  // Why an archive that is there could not be looked into, with its path; known once that was tried.
+  [[nodiscard]] const std::string& problem() const { return m_problem; }
 
  private:
   // The name inside the archive; "" for paths on the disk.
@@ -33,7 +35,7 @@ class StyleSource {
   // The archive's files by their names.
   const std::map<std::string, ZipEntry>& entries();
 
-  std::string m_jar, m_bytes;
+  std::string m_jar, m_bytes, m_problem;
   std::optional<std::map<std::string, ZipEntry>> m_entries;
 };
 

@@ -1,4 +1,4 @@
-#include "styletools/style_source.hpp"
+#include "app/style_source.hpp"
 
 #include <algorithm>
 
@@ -32,9 +32,14 @@ std::string StyleSource::entry_name(const std::string& path) const {
 const std::map<std::string, ZipEntry>& StyleSource::entries() {
   if (m_entries) return *m_entries;
   m_entries.emplace();
-  if (m_jar.empty() || folder_exists(m_jar)) return *m_entries;
-  m_bytes = read_file(m_jar, largest_archive).value;
-  for (ZipEntry& entry : list_zip(m_bytes).value) {
+  if (m_jar.empty() || folder_exists(m_jar) || !file_exists(m_jar)) return *m_entries;
+  Result<std::string> bytes = read_file(m_jar, largest_archive);
+  m_problem = bytes.error;
+  m_bytes = std::move(bytes.value);
+  if (!m_problem.empty()) return *m_entries;
+  Result<std::vector<ZipEntry>> found = list_zip(m_bytes);
+  if (!found.ok()) m_problem = m_jar + ": " + found.error;
+  for (ZipEntry& entry : found.value) {
     std::string name = entry.name;
     if (name.starts_with(styles_in_archive)) m_entries->emplace(std::move(name), std::move(entry));
   }
