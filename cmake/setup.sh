@@ -31,7 +31,7 @@ build_packages="g++ cmake ninja-build libcli11-dev nlohmann-json3-dev qt6-base-d
   python3 osmctools
   default-jre-headless mkgmap mkgmap-splitter"
 check_packages="$build_packages git doctest-dev clang clang-tidy clang-format libclang-rt-14-dev
-  g++-mingw-w64-x86-64-posix wine wine64 p7zip-full nsis gdal-bin parallel procps"
+  g++-mingw-w64-x86-64-posix wine wine64 p7zip-full nsis gdal-bin parallel procps qt6-translations-l10n"
 windows_qt_packages="g++ cmake ninja-build dpkg-dev debian-archive-keyring g++-mingw-w64-x86-64-posix
   qt6-base-dev qt6-base-dev-tools qt6-base-private-dev"
 windows_packages="$build_packages $windows_qt_packages nsis zip librsvg2-bin icoutils qt6-translations-l10n"
