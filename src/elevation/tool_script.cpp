@@ -92,8 +92,8 @@ void add_discarding(const std::string& path, Discard what, Dialect dialect, Cons
   const std::string& name = rendered.value;
   const bool deletes = what == Discard::file;
   if (dialect == Dialect::batch)
-    console.add(step::Lines{"if not \"%errorlevel%\"==\"0\" if not \"%errorlevel%\"==\"92\" if exist " +
-                            name + (deletes ? " del " : " type nul >") + name});
+    console.add(step::Lines{R"(if not "%errorlevel%"=="0" if not "%errorlevel%"=="92" if exist )" + name +
+                            (deletes ? " del " : " type nul >") + name});
   else
     console.add(step::Lines{"case $? in 0|92) ;; *) " +
                             (deletes ? "rm -f -- " + name : "[ ! -e " + name + " ] || : >" + name) +

@@ -357,7 +357,7 @@ class MistakeWalk {
     return std::move(state.mistake);
   }
 
-  std::string rule_mistake(const StyleStatement& statement) const {
+  [[nodiscard]] std::string rule_mistake(const StyleStatement& statement) const {
     ConditionState state = examine_condition(statement.tests);
     if (!state.mistake.empty()) return std::move(state.mistake);
     if (statement.has_late_actions)
