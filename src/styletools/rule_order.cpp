@@ -198,18 +198,18 @@ class OrderWalk {
   }
 
   void begin_block(const StyleStatement& statement) {
-    Block block;
+    Block& block = m_blocks.emplace_back();
     block.line = statement.place.line;
-    if (m_blocks.size() >= deepest_block) return m_blocks.push_back(std::move(block));
-    block.outer = m_blocks.empty() ? Alternatives{{}} : m_blocks.back().now;
+    if (m_blocks.size() > deepest_block) return;
+    const Block* const around = m_blocks.size() > 1 ? &m_blocks[m_blocks.size() - 2] : nullptr;
+    block.outer = around == nullptr ? std::optional(Alternatives{{}}) : around->now;
     block.own = parse_tests(statement.tests);
     block.now = both(block.outer, condensed(block.own, "the 'if' of line " + std::to_string(block.line)));
-    if (!m_blocks.empty()) block.keys = m_blocks.back().keys;
+    if (around != nullptr) block.keys = around->keys;
     for (const Alternative& alternative : block.own.value_or(Alternatives{})) {
       for (const TagTest& test : alternative)
         block.keys.insert(test.key);
     }
-    m_blocks.push_back(std::move(block));
   }
 
   void turn_block() {
