@@ -758,6 +758,7 @@ Function un.remove_files
       ClearErrors
       Delete "$INSTDIR\$1"
       ${If} ${Errors}
+      ${OrIf} ${FileExists} "$INSTDIR\$1" ; not every system tells
         StrCpy $R9 $1
       ${EndIf}
     ${EndIf}

@@ -21,7 +21,7 @@ SOURCE = pathlib.Path(__file__).resolve().parents[2]
 UNINSTALL = r"Software\Microsoft\Windows\CurrentVersion\Uninstall\Ferrowen"
 CLASSES = r"Software\Classes"
 MAP = "Färöer & Co"
-RUNNING, OLDER, NOT_WRITABLE, NO_ROOM, ELSEWHERE, ROLLED_BACK, LEFT_OVER = 3, 4, 5, 6, 8, 9, 11
+RUNNING, OLDER, NOT_WRITABLE, NO_ROOM, ELSEWHERE, ROLLED_BACK, OLD_SYSTEM, LEFT_OVER = 3, 4, 5, 6, 8, 9, 10, 11
 
 
 def expect(true, words):
@@ -51,6 +51,9 @@ class Check:
         self.display = Screen(frame, number)
         self.clean = Windows(fresh_folder(self.work / "clean"), self.display.display, self.build / "bin/screen.exe")
         self.clean.run("wineboot", "-i")
+        self.clean.run("winecfg", "-v", "win7")
+        equal(self.install(self.clean), OLD_SYSTEM, "the setup on an old Windows")
+        self.clean.run("winecfg", "-v", "win10")
         subprocess.run(["wineserver", "-w"], env=self.clean.environment, check=True)
         self.clean.own_folders()
         self.tools = self.prepare_tools(self.work / "tools")
@@ -305,7 +308,7 @@ class Check:
         subprocess.run(["mount", "-o", "remount,ro", place], check=True)
         self.expect_refused(windows, self.setup, NOT_WRITABLE, "cannot be written to", place, *self.PAGES,
                             switches=[f"/D={windows.name_of(place)}\\Ferrowen"])
-        for folder in ("Q:\\no drive", "no\\whole path"):
+        for folder in ("Q:\\none", "not\\whole"):
             equal(self.install(windows, f"/D={folder}"), NOT_WRITABLE, f"the setup into {folder}")
         expect(not windows.has_key(f"HKCU\\{UNINSTALL}"), "an entry of what is not installed")
         self.locked_files(windows)
