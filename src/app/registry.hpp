@@ -74,8 +74,8 @@ std::unique_ptr<Registry> open_registry(const Workspace& workspace);
 // used before there was a Wine prefix. Nothing for none.
 std::unique_ptr<Registry> store_beside(const Workspace& workspace, const Registry& open);
 
-// Has the key deleted by way of `import_file`, with a file of `work_folder` that is gone afterwards, and looks
-// whether it is gone: the import itself does not tell.
+// Has the key deleted by way of `import_file`, with a file of `work_folder` that is gone afterwards, and
+// looks whether it is gone: the import itself does not tell.
 Status import_removal(Registry& registry, const std::string& key, const std::string& work_folder,
                       const std::function<void()>& tick);
 // A name that no other run of the program uses.
