@@ -72,7 +72,7 @@ as_user 'mkdir -p frame; touch begin
   Xvfb :7 -screen 0 1280x800x24 -fbdir frame >/dev/null 2>&1 & screen=$!
   sleep 2; export DISPLAY=:7
   ferrowen6 /usr/share/ferrowen/faroe-islands.osm.pbf >window.log 2>&1 & program=$!
-  for second in $(seq 20); do sleep 1; window=$(xdotool search --onlyvisible --name Ferrowen | tail -n 1) && break; done
+  for second in $(seq 20); do sleep 1; window=$(xdotool search --onlyvisible --name Ferrowen | head -n 1) && break; done
   sleep 4; cp frame/Xvfb_screen0 opened; xdotool key Return; sleep 1
   xdotool windowfocus "$window"; sleep 1; xdotool key --clearmodifiers alt+r
   for second in $(seq 60); do
