@@ -3,67 +3,52 @@
 # that leads out of its folder. The build forbids most of it; this finds what a relative path would hide.
 # Usage: check_includes.sh SOURCE_FOLDER
 set -eu
-root=$1
-failed=0
-
-# room folder, then the rooms whose headers it may include (its own is always allowed)
-rules='
-platform:
-base: platform
-runner: base platform
-app: runner base platform
-styletools: app runner base platform
-mp: app runner base platform
-pipeline/tiles: app runner base platform
-contours: base platform
-elevation: contours pipeline/tiles app runner base platform
-pipeline: elevation pipeline/tiles app runner base platform
-automation: pipeline elevation pipeline/tiles app runner base platform
-ui: automation styletools mp pipeline elevation pipeline/tiles app runner base platform
-cli: automation styletools mp pipeline elevation pipeline/tiles app runner base platform
-'
-
-allowed_for() { printf '%s\n' "$rules" | sed -n "s|^$1:||p"; }
-
-room_of() {
-  case $1 in
-    pipeline/tiles/*) echo pipeline/tiles ;;
-    */*) echo "${1%%/*}" ;;
-    *) echo "" ;;
-  esac
+cd "$1/src"
+find . -name '*.cpp' -o -name '*.hpp' | sort | tr '\n' '\0' | xargs -0 awk '
+# Room folder, then the rooms whose headers it may include (its own is always allowed).
+BEGIN {
+  below["platform"] = ""
+  below["base"] = "platform"
+  below["runner"] = "base platform"
+  below["app"] = "runner base platform"
+  below["styletools"] = below["mp"] = below["pipeline/tiles"] = "app runner base platform"
+  below["contours"] = "base platform"
+  below["elevation"] = "contours pipeline/tiles app runner base platform"
+  below["pipeline"] = "elevation pipeline/tiles app runner base platform"
+  below["automation"] = "pipeline elevation pipeline/tiles app runner base platform"
+  below["ui"] = below["cli"] = "automation styletools mp pipeline elevation pipeline/tiles app runner base platform"
+  libraries["cli"] = "^Q"
+  libraries["ui"] = "^(CLI|nlohmann)"
 }
-
-rooms=$(printf '%s\n' "$rules" | sed -n 's|^\(.*\):.*|\1|p')
-count=0
-for file in $(cd "$root/src" && find . -name '*.cpp' -o -name '*.hpp' | sed 's|^\./||'); do
-  room=$(room_of "$file")
-  if ! printf '%s\n' "$rooms" | grep -qx "$room"; then
-    echo "$file: stands in a folder that is no room"
-    failed=1
-    continue
-  fi
-  for header in $(sed -n 's|^ *# *include *"\([^"]*\)".*|\1|p' "$root/src/$file"); do
-    count=$((count + 1))
-    case $header in
-      *..*) echo "$file: leaves its folder: $header"; failed=1; continue ;;
-    esac
-    target=$(room_of "$header")
-    [ "$target" = "$room" ] && continue
-    if ! printf ' %s ' "$(allowed_for "$room")" | grep -q " $target "; then
-      echo "$file: $room may not include $header"
-      failed=1
-    fi
-  done
-  case $room in
-    cli) forbidden='Q' ;;
-    ui) forbidden='CLI|nlohmann' ;;
-    *) forbidden='Q|CLI|nlohmann' ;;
-  esac
-  if grep -nE "#include <($forbidden)" "$root/src/$file"; then
-    echo "$file: $room may not use that library"
-    failed=1
-  fi
-done
-[ "$count" -gt 100 ] || { echo "only $count includes were found: is the folder right?"; exit 1; }
-[ "$failed" = 0 ] && echo "$count includes, all downwards"
-exit "$failed"
+function room_of(path) {
+  if (path ~ /^pipeline\/tiles\//) return "pipeline/tiles"
+  return path ~ /\// ? substr(path, 1, index(path, "/") - 1) : ""
+}
+function fault(text) {
+  print file ": " text
+  failed = 1
+}
+FNR == 1 {
+  file = substr(FILENAME, 3)
+  room = room_of(file)
+  known = room in below
+  if (!known) fault("stands in a folder that is no room")
+  forbidden = room in libraries ? libraries[room] : "^(Q|CLI|nlohmann)"
+}
+known && /^ *# *include *"/ {
+  split($0, parts, "\"")
+  header = parts[2]
+  ++count
+  target = room_of(header)
+  if (header ~ /\.\./) fault("leaves its folder: " header)
+  else if (target != room && index(" " below[room] " ", " " target " ") == 0) fault(room " may not include " header)
+}
+known && /^ *# *include *</ {
+  split($0, parts, "<")
+  if (parts[2] ~ forbidden) fault(room " may not use that library: " $0)
+}
+END {
+  if (count <= 100) fault("only " count + 0 " includes were found: is the folder right?")
+  if (!failed) print count " includes, all downwards"
+  exit failed
+}'

@@ -3,6 +3,7 @@
 #include <chrono>
 #include <cmath>
 #include <random>
+#include <set>
 
 #include "app/settings_file.hpp"
 #include "base/text.hpp"
@@ -35,9 +36,13 @@ std::int16_t fid_candidate(double uniform, int base) {
 
 std::optional<int> free_fid(int base, const std::string& registered, const std::string& avoided,
                             const std::function<double()>& uniform) {
+  std::set<std::string> taken;
+  for (const std::string& list : {registered, avoided}) {
+    for (std::string& one : split(list, ","))
+      taken.insert(std::move(one));
+  }
   const auto is_free = [&](int candidate) {
-    const std::string text = std::to_string(candidate);
-    return candidate > 0 && !comma_list_holds(registered, text) && !comma_list_holds(avoided, text);
+    return candidate > 0 && taken.find(std::to_string(candidate)) == taken.end();
   };
   for (int draw = 0; draw < draws_before_walking; ++draw) {
     if (const int candidate = fid_candidate(uniform(), base); is_free(candidate)) return candidate;

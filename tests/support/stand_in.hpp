@@ -3,6 +3,7 @@
 
 #include <doctest/doctest.h>
 
+#include <exception>
 #include <string>
 
 #include "app/start_up.hpp"
@@ -36,6 +37,14 @@ struct StandIn {
     workspace.java_version = "openjdk version 17";
     prompts.said.clear();
   }
+  // Of a test that ends early, what the stages told is the only word on why.
+  ~StandIn() {
+    if (std::uncaught_exceptions() == 0) return;
+    for (const std::string& text : prompts.tells())
+      MESSAGE("told: ", text);
+  }
+  StandIn(const StandIn&) = delete;
+  StandIn& operator=(const StandIn&) = delete;
   // "{home}" stands for the program folder and a separator.
   void set(std::string_view assignments) {
     assign(workspace.settings, replace_all(assignments, "{home}/", platform::join(home.path(), "")));
