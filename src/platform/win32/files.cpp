@@ -24,16 +24,38 @@ bool write_all(const Handle& file, std::string_view bytes) {
 
 bool close_file(Handle& file) { return CloseHandle(file.release()) != 0; }
 
-// Virus scanners and indexers hold a new file for a moment.
-bool may_pass(DWORD error) { return error == ERROR_SHARING_VIOLATION || error == ERROR_ACCESS_DENIED; }
+// Virus scanners and indexers hold a new file for a moment. A file that they hold while it is being removed
+// denies access; so does a folder that nobody may write, which is why that is not always worth waiting for.
+bool is_held(DWORD error) { return error == ERROR_SHARING_VIOLATION; }
+bool may_be_held(DWORD error) { return is_held(error) || error == ERROR_ACCESS_DENIED; }
+
+// `attempt` again after a pause while `may_pass` holds for what it fails with; whether it succeeded.
+template <typename Attempt>
+bool try_patiently(const Attempt& attempt, bool (*may_pass)(DWORD)) {
+  constexpr int attempts = 5;
+  constexpr DWORD pause_milliseconds = 50;
+  for (int count = 1;; ++count) {
+    if (attempt()) return true;
+    const DWORD reason = GetLastError();
+    if (count == attempts || !may_pass(reason)) {
+      SetLastError(reason);
+      return false;
+    }
+    Sleep(pause_milliseconds);
+  }
+}
 
 }  // namespace
 
 std::string write_flushed(const std::string& path, std::string_view bytes) {
+  Handle file;
   // Opened, then emptied: making it anew would reset its attributes and fail for a hidden file.
-  Handle file(CreateFileA(path.c_str(), GENERIC_WRITE, FILE_SHARE_READ, nullptr, OPEN_ALWAYS,
-                          FILE_ATTRIBUTE_NORMAL, nullptr));
-  if (!file.is_open()) return last_error_text();
+  const auto open = [&] {
+    file = Handle(CreateFileA(path.c_str(), GENERIC_WRITE, FILE_SHARE_READ, nullptr, OPEN_ALWAYS,
+                              FILE_ATTRIBUTE_NORMAL, nullptr));
+    return file.is_open();
+  };
+  if (!try_patiently(open, is_held)) return last_error_text();
   if (SetEndOfFile(file.get()) == 0 || !write_all(file, bytes) || FlushFileBuffers(file.get()) == 0 ||
       !close_file(file))
     return last_error_text();
@@ -41,15 +63,10 @@ std::string write_flushed(const std::string& path, std::string_view bytes) {
 }
 
 std::string replace_file(const std::string& from, const std::string& to) {
-  constexpr int attempts = 5;
-  constexpr DWORD pause_milliseconds = 50;
-  for (int attempt = 1;; ++attempt) {
-    if (MoveFileExA(from.c_str(), to.c_str(), MOVEFILE_REPLACE_EXISTING | MOVEFILE_WRITE_THROUGH) != 0)
-      return "";
-    const DWORD reason = GetLastError();
-    if (attempt == attempts || !may_pass(reason)) return error_text(reason);
-    Sleep(pause_milliseconds);
-  }
+  const auto move = [&] {
+    return MoveFileExA(from.c_str(), to.c_str(), MOVEFILE_REPLACE_EXISTING | MOVEFILE_WRITE_THROUGH) != 0;
+  };
+  return try_patiently(move, may_be_held) ? "" : last_error_text();
 }
 
 std::optional<double> change_time(const std::string& path) {
