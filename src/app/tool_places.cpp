@@ -105,6 +105,18 @@ std::vector<std::string> matching(const std::string& path) {
   return names;
 }
 
+// True when `pattern` stands for this path: a "*" for the rest of one folder's name.
+bool stands_for(std::string_view pattern, std::string_view path) {
+  const std::size_t star = pattern.find(any);
+  if (star == std::string_view::npos) return pattern == path;
+  const std::string_view before = pattern.substr(0, star);
+  const std::string_view behind = pattern.substr(star + any.size());
+  if (!path.starts_with(before) || !path.ends_with(behind) || path.size() < before.size() + behind.size())
+    return false;
+  return path.substr(star, path.size() - before.size() - behind.size()).find(platform::separator) ==
+         std::string_view::npos;
+}
+
 std::vector<unsigned long> numbers_of(std::string_view name) {
   std::vector<unsigned long> numbers;
   const char* const end = name.data() + name.size();
@@ -158,6 +170,14 @@ std::string find_tool(std::string_view setting, const ToolPlaces& places) {
     for (const std::string& path : matching(candidate))
       if (file_exists(path) && !folder_exists(path)) return path;
   return "";
+}
+
+bool is_usual_place(std::string_view setting, const std::string& path, const ToolPlaces& places) {
+  const auto folded = [&](const std::string& one) { return places.windows ? lower_ascii(one) : one; };
+  const std::vector<std::string> candidates = tool_candidates(setting, places);
+  return std::any_of(candidates.begin(), candidates.end(), [&](const std::string& candidate) {
+    return stands_for(folded(candidate), folded(path));
+  });
 }
 
 bool is_newer_version(std::string_view left, std::string_view right) {

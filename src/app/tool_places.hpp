@@ -28,6 +28,9 @@ std::vector<std::string> tool_candidates(std::string_view setting, const ToolPla
 // come before PATH.
 std::string find_tool(std::string_view setting, const ToolPlaces& places);
 
+// True when a candidate stands for this path, whether or not a file is there.
+bool is_usual_place(std::string_view setting, const std::string& path, const ToolPlaces& places);
+
 // True when `left` names a newer version: the numbers in the names decide.
 bool is_newer_version(std::string_view left, std::string_view right);
 

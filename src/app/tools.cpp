@@ -1,6 +1,5 @@
 #include "app/tools.hpp"
 
-#include "app/tool_places.hpp"
 #include "base/files.hpp"
 #include "platform/paths.hpp"
 
@@ -29,13 +28,21 @@ std::string own_contour_tool() {
 
 }  // namespace
 
-void find_tools(Settings& settings) {
-  const ToolPlaces places = places_of_this_machine(settings.program_folder);
+void find_tools(Settings& settings) { find_tools(settings, places_of_this_machine(settings.program_folder)); }
+
+void find_tools(Settings& settings, const ToolPlaces& places) {
+  const auto is_gone = [&](const std::string& path, std::string_view name) {
+    return !file_exists(path) && is_usual_place(name, path, places);
+  };
   const auto fill = [&](std::string& setting, std::string_view name) {
-    if (setting.empty()) setting = find_tool(name, places);
+    if (!setting.empty() && !is_gone(setting, name)) return;
+    if (std::string found = find_tool(name, places); !found.empty()) setting = std::move(found);
   };
   // Blank stands for the one in PATH.
-  if (platform::find_program("java").empty()) fill(settings.java, "java");
+  if (places.program_in_path("java").empty())
+    fill(settings.java, "java");
+  else if (is_gone(settings.java, "java"))
+    settings.java.clear();
   fill(settings.mkgmap_jar, "mkgmap");
   fill(settings.splitter_jar, "splitter");
   fill(settings.osmconvert, "osmconvert");

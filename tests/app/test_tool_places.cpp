@@ -3,6 +3,8 @@
 #include <algorithm>
 
 #include "app/tool_places.hpp"
+#include "app/tools.hpp"
+#include "base/files.hpp"
 #include "base/text.hpp"
 #include "support/temp_folder.hpp"
 
@@ -83,6 +85,36 @@ TEST_CASE("tools without a setup are found in the folder for them, of several th
   CHECK(find_tool("osmconvert", machine(folder, false)).empty());
   folder.write("home/plugs/osmconvert/osmconvert", "");  // the folder of that name is no program
   CHECK(find_tool("osmconvert", machine(folder, false)) == folder / "home/plugs/osmconvert/osmconvert");
+}
+
+TEST_CASE("a tool that an update has moved is found again; what a person chose stays") {
+  const TempFolder folder("up date");
+  const ToolPlaces places = machine(folder, true);
+  const std::string java = folder.write("Program Files/Eclipse Adoptium/jdk-17.0.5/bin/java.exe", "");
+  const std::string mkgmap = folder.write("home/plugs/mkgmap-r4905/mkgmap.jar", "");
+  Settings settings;
+  settings.osmconvert = folder / "home/tools/osmconvert64.exe";
+  const std::string chosen = settings.osmconvert;
+  find_tools(settings, places);
+  CHECK(settings.java == java);
+  CHECK(settings.mkgmap_jar == mkgmap);
+
+  const std::string newer = folder.write("Program Files/Eclipse Adoptium/jdk-21.0.1/bin/java.exe", "");
+  const std::string newer_mkgmap = folder.write("home/plugs/mkgmap-r4923/mkgmap.jar", "");
+  folder.write("home/plugs/osmconvert.exe", "");
+  find_tools(settings, places);
+  CHECK(settings.java == java);  // still there
+  REQUIRE((remove_file(java).ok() && remove_file(mkgmap).ok()));
+  settings.java = replace_all(settings.java, "Program Files", "PROGRAM FILES");
+  find_tools(settings, places);
+  CHECK(settings.java == newer);
+  CHECK(settings.mkgmap_jar == newer_mkgmap);
+  CHECK(settings.osmconvert == chosen);
+
+  REQUIRE((remove_file(newer).ok() && remove_file(newer_mkgmap).ok()));
+  find_tools(settings, machine(folder, true, {"java"}));
+  CHECK(settings.java.empty());
+  CHECK(settings.mkgmap_jar == newer_mkgmap);  // nothing better is known: the message names it
 }
 
 TEST_CASE("on Windows no place is looked into that depends on the current drive or folder") {
