@@ -10,3 +10,5 @@
 #include <string>
 #include <string_view>
 #include <vector>
+
+#include "support/print_texts.hpp"
