@@ -64,6 +64,7 @@ inline constexpr std::string_view script_template = "newscrpt";
 inline constexpr std::string_view tag_templates = "commands";
 inline constexpr std::string_view last_file = "system/lastfile";
 inline constexpr std::string_view lock = "system/lock";
+inline constexpr std::string_view handed_over = "system/handed-over";
 // Left beside the Windows programs by a setup for all users.
 inline constexpr std::string_view for_all_users = "for-all-users.txt";
 #ifdef _WIN32

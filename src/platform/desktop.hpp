@@ -9,4 +9,7 @@ namespace ferrowen::platform {
 // "" on success, else the reason.
 std::string open_with_desktop(const std::string& path_or_address);
 
+// Lets the program that runs already put its window in front of the others; where the system asks for it.
+void let_others_come_forward();
+
 }  // namespace ferrowen::platform

@@ -54,6 +54,8 @@ class f1 : public QMainWindow {
   void first_activation(const HeldPrompts& notes = HeldPrompts());
   // A map file or script from the command line, a dialog, or dropped on the window.
   void open_input(const QString& path);
+  // What a second start of the program was to open, when nothing runs and no question is open.
+  void open_handed_over();
   [[nodiscard]] bool busy() const { return m_busy; }
   [[nodiscard]] Prompts& prompts() { return *m_prompts; }
   [[nodiscard]] Progress& progress() { return *m_progress; }

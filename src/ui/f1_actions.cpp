@@ -4,6 +4,7 @@
 #include <algorithm>
 #include <ctime>
 
+#include "app/handed_over.hpp"
 #include "app/language_file.hpp"
 #include "app/recent_files.hpp"
 #include "app/save_name.hpp"
@@ -122,6 +123,16 @@ void f1::open_input(const QString& path) {
   clear_outcome();
   reload_tiles();
   show_record();
+}
+
+void f1::open_handed_over() {
+  if (m_busy || QApplication::activeModalWidget() != nullptr) return;
+  const std::string file = take_handed_over(m_workspace.folder);
+  if (file.empty()) return;
+  setWindowState(windowState() & ~Qt::WindowMinimized);
+  raise();
+  activateWindow();
+  open_input(to_qt(file));
 }
 
 void f1::reload_tiles() {

@@ -6,7 +6,9 @@
 #include <QTimer>
 #include <exception>
 
+#include "app/handed_over.hpp"
 #include "app/version.hpp"
+#include "platform/desktop.hpp"
 #include "platform/paths.hpp"
 #include "platform/system.hpp"
 #include "ui/f1.hpp"
@@ -22,6 +24,7 @@ using ui::to_qt;
 constexpr int message_already_running = 126;
 constexpr int status_stopped = 3;
 constexpr int interrupt_milliseconds = 200;
+constexpr int handed_over_milliseconds = 300;
 
 // What escapes from a window would end the program in the middle of a person's work.
 class Application : public QApplication {
@@ -71,6 +74,15 @@ void begin(ui::f1& window, const ui::WindowSession& session, const QStringList& 
   if (!files.isEmpty()) window.open_input(to_qt(platform::absolute(ui::from_qt(files.first()))));
 }
 
+// A second start with a file gives it to the first; only what that one does not take ends with a message.
+int end_second_start(const Workspace& workspace, const QStringList& files) {
+  platform::let_others_come_forward();
+  if (!files.isEmpty() && hand_over(workspace.folder, ui::from_qt(files.first()))) return 0;
+  QMessageBox::information(nullptr, QStringLiteral("Ferrowen"),
+                           to_qt(workspace.message(message_already_running)));
+  return status_stopped;
+}
+
 }  // namespace
 
 int main(int count, char** arguments) {
@@ -85,11 +97,8 @@ int main(int count, char** arguments) {
 
   ui::WindowSession session;
   const ui::WindowSession::Opened opened = session.open(home_option(parser));
-  if (opened == ui::WindowSession::Opened::running_already) {
-    QMessageBox::information(nullptr, QStringLiteral("Ferrowen"),
-                             to_qt(session.workspace.message(message_already_running)));
-    return status_stopped;
-  }
+  if (opened == ui::WindowSession::Opened::running_already)
+    return end_second_start(session.workspace, parser.positionalArguments());
   ui::f1 window(session.workspace);
   window.set_can_save(opened == ui::WindowSession::Opened::ready);
   window.show();
@@ -100,6 +109,9 @@ int main(int count, char** arguments) {
     if (platform::interrupted()) window.end_program();
   });
   interrupts.start(interrupt_milliseconds);
+  QTimer second_starts;
+  QObject::connect(&second_starts, &QTimer::timeout, &window, &ui::f1::open_handed_over);
+  if (opened == ui::WindowSession::Opened::ready) second_starts.start(handed_over_milliseconds);
   QTimer::singleShot(0, &window, [&] { begin(window, session, parser.positionalArguments()); });
   return QApplication::exec();
 }

@@ -1,5 +1,6 @@
 #include "ui/window_session.hpp"
 
+#include "app/handed_over.hpp"
 #include "app/language_file.hpp"
 #include "app/settings_file.hpp"
 #include "app/start_up.hpp"
@@ -41,6 +42,8 @@ WindowSession::Opened WindowSession::open(const std::optional<std::string>& home
     read_settings();
     return Opened::running_already;
   }
+  // Left by a start whose file nobody took because both ended.
+  if (can_write) static_cast<void>(take_handed_over(workspace.folder));
   if (const Status readable = settings_are_readable(workspace); !readable.ok()) {
     notes.tell(readable.error + nothing_is_saved, Icon::warning);
     can_write = false;

@@ -1,5 +1,6 @@
 // The main window, by clicks and keys: from a map file to a finished map, the checks on the way, and what is
 // remembered.
+#include <QDialog>
 #include <QGroupBox>
 #include <QMenu>
 #include <QSignalSpy>
@@ -436,6 +437,19 @@ void TestF1::inputs_of_every_kind() {
   desk.window->open_input(to_qt(desk.home()));
   QVERIFY(contains(desk.prompts.said.back().text, "is a folder"));
   QCOMPARE(desk.workspace().settings.input, std::string("/no/<b>such</b>.pbf"));
+  // One that a second start was to open waits while a question is open, and brings the window back.
+  desk.window->showMinimized();
+  const std::string handed = desk.write("system/handed-over", desk.path("map.osm"));
+  QDialog question(desk.window.get());
+  question.setModal(true);
+  question.show();
+  desk.window->open_handed_over();
+  QVERIFY(file_exists(handed));
+  question.close();
+  desk.window->open_handed_over();
+  QVERIFY(!file_exists(handed));
+  QVERIFY(!desk.window->isMinimized());
+  QCOMPARE(desk.workspace().settings.input, desk.path("map.osm"));
   // An input that needs no split tells so, and Create Map builds it whole.
   const std::string other = desk.write("other & more.osm", small_map);
   desk.window->open_input(to_qt(other));

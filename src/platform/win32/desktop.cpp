@@ -24,4 +24,6 @@ std::string open_with_desktop(const std::string& path_or_address) {
   return error_text(reason != ERROR_SUCCESS ? reason : static_cast<unsigned long>(code));
 }
 
+void let_others_come_forward() { AllowSetForegroundWindow(ASFW_ANY); }
+
 }  // namespace ferrowen::platform
