@@ -22,6 +22,7 @@ trap 'exit 1' INT TERM
 
 if [ -z "$root" ]; then
   made=$(mktemp -d)
+  chmod 755 "$made"  # users inside have to get through it
   root=$made
   mirror=$(apt-get indextargets --format '$(SITE)' 'Suite: bookworm' 2>/dev/null | head -n 1)
   debootstrap --variant=minbase bookworm "$root" ${mirror:+"$mirror"} >"$here/build/debootstrap.log"
