@@ -1,9 +1,11 @@
 #include "app/handed_over.hpp"
 
+#include <atomic>
 #include <thread>
 
 #include "base/files.hpp"
 #include "platform/paths.hpp"
+#include "platform/process.hpp"
 
 namespace ferrowen {
 
@@ -11,33 +13,40 @@ namespace {
 
 constexpr std::chrono::milliseconds pause(50);
 
-// False when it is still there at the deadline.
-bool wait_until_gone(const std::string& path, std::chrono::steady_clock::time_point deadline) {
-  while (file_exists(path)) {
-    if (std::chrono::steady_clock::now() >= deadline) return false;
-    std::this_thread::sleep_for(pause);
-  }
-  return true;
+// Several files opened at once come as several starts: each leaves a file of its own.
+std::string own_path(const ProgramFolder& folder) {
+  static std::atomic<unsigned> count = 0;
+  return folder / (std::string(file_name::handed_over) + "." + std::to_string(platform::own_process_id()) +
+                   "-" + std::to_string(count++));
 }
 
 }  // namespace
 
 bool hand_over(const ProgramFolder& folder, const std::string& file, std::chrono::milliseconds patience) {
   const auto deadline = std::chrono::steady_clock::now() + patience;
-  const std::string path = folder / file_name::handed_over;
-  // Several files opened at once come as several starts, one behind the other.
-  if (!wait_until_gone(path, deadline)) return false;
+  const std::string path = own_path(folder);
   if (!safe_write(path, platform::absolute(file)).ok()) return false;
-  if (wait_until_gone(path, deadline)) return true;
-  static_cast<void>(remove_file(path));
-  return false;
+  while (file_exists(path)) {
+    if (std::chrono::steady_clock::now() >= deadline) {
+      static_cast<void>(remove_file(path));
+      return false;
+    }
+    std::this_thread::sleep_for(pause);
+  }
+  return true;
 }
 
 std::string take_handed_over(const ProgramFolder& folder) {
-  const std::string path = folder / file_name::handed_over;
-  if (!file_exists(path)) return "";
-  std::string file = read_whole_file(path);
-  return remove_file(path).ok() ? file : "";
+  const std::string start = folder / file_name::handed_over;
+  const std::string place = platform::folder_of(start);
+  for (const std::string& name : list_files(place, {""})) {
+    // What ends so is only being written.
+    if (!name.starts_with(platform::name_of(start)) || name.ends_with(".new")) continue;
+    const std::string path = platform::join(place, name);
+    Result<std::string> file = read_file(path);
+    if (file.ok() && remove_file(path).ok()) return file.value;
+  }
+  return "";
 }
 
 }  // namespace ferrowen

@@ -43,7 +43,8 @@ WindowSession::Opened WindowSession::open(const std::optional<std::string>& home
     return Opened::running_already;
   }
   // Left by a start whose file nobody took because both ended.
-  if (can_write) static_cast<void>(take_handed_over(workspace.folder));
+  while (can_write && !take_handed_over(workspace.folder).empty()) {
+  }
   if (const Status readable = settings_are_readable(workspace); !readable.ok()) {
     notes.tell(readable.error + nothing_is_saved, Icon::warning);
     can_write = false;

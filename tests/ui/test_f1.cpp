@@ -439,7 +439,7 @@ void TestF1::inputs_of_every_kind() {
   QCOMPARE(desk.workspace().settings.input, std::string("/no/<b>such</b>.pbf"));
   // One that a second start was to open waits while a question is open, and brings the window back.
   desk.window->showMinimized();
-  const std::string handed = desk.write("system/handed-over", desk.path("map.osm"));
+  const std::string handed = desk.write("system/handed-over.1", desk.path("map.osm"));
   QDialog question(desk.window.get());
   question.setModal(true);
   question.show();
