@@ -20,7 +20,7 @@ namespace ferrowen::ui {
 
 namespace {
 
-constexpr int product_column = 0, fid_column = 1, typ_column = 2, location_column = 3, columns = 4;
+constexpr int product_column = 0, fid_column = 1, typ_column = 2, columns = 4;
 constexpr int window_width = 960, window_height = 600;
 constexpr int product_width = 220, typ_width = 220;
 
