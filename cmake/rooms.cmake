@@ -17,8 +17,10 @@ if(WIN32)
     $<$<NOT:$<BOOL:$<TARGET_PROPERTY:FERROWEN_SHARED_RUNTIME>>>:-static>)
 endif()
 if(FERROWEN_SANITIZE)
+  # The tests themselves run with the address sanitizer alone: the other one doubles the time that they compile.
   target_compile_options(ferrowen_options INTERFACE
-    -fsanitize=fuzzer-no-link,address,undefined -fno-sanitize-recover=all -fno-omit-frame-pointer)
+    -fsanitize=address -fno-sanitize-recover=all -fno-omit-frame-pointer
+    $<$<NOT:$<BOOL:$<TARGET_PROPERTY:FERROWEN_TEST_SOURCES>>>:-fsanitize=fuzzer-no-link,undefined>)
   target_link_options(ferrowen_options INTERFACE -fsanitize=address,undefined)
 endif()
 
@@ -52,6 +54,10 @@ function(ferrowen_room name folder)
   add_library(${target} STATIC ${ROOM_SOURCES})
   target_include_directories(${target} PUBLIC ${include_root})
   target_link_libraries(${target} PUBLIC ferrowen_options)
+  if(FERROWEN_SANITIZE AND name STREQUAL "cli")
+    # The templates of the option parser took a quarter of this build; no time is spent in them.
+    target_compile_options(${target} PRIVATE -O0)
+  endif()
   foreach(used IN LISTS ROOM_USES)
     target_link_libraries(${target} PUBLIC ferrowen_${used})
   endforeach()
