@@ -45,7 +45,7 @@ std::string wine_prefix_in_use(const Settings& settings) {
   return "";
 #else
   if (const std::string_view chosen = trim(settings.wine_prefix); !chosen.empty()) return std::string(chosen);
-  const std::string of_wine = platform::environment("WINEPREFIX").value_or("");
+  std::string of_wine = platform::environment("WINEPREFIX").value_or("");
   if (platform::is_absolute(of_wine) &&
       file_has_content(platform::join(of_wine, std::string(wine_system_file))))
     return of_wine;
@@ -79,7 +79,7 @@ Status import_removal(Registry& registry, const std::string& key, const std::str
   const std::string file = registry_work_file(work_folder);
   const std::string text = registry_text_of({{key, true, {}, {}}});
   if (Status saved = safe_write(file, encode_registry_text(text)); !saved.ok()) return saved;
-  const Status imported = registry.import_file(file, tick);
+  Status imported = registry.import_file(file, tick);
   const Status removed = remove_file(file);
   if (!imported.ok()) return imported;
   registry.refresh();

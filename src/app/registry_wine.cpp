@@ -156,7 +156,7 @@ Status WineRegistry::load_from_server() {
     // An export that cannot be written must not look like a registry without maps.
     if (Status writable = safe_write(file, ""); !writable.ok()) return writable;
     if (Status removed = remove_file(file); !removed.ok()) return removed;
-    const Status told = regedit({"/e", file, std::string(key)}, {});
+    Status told = regedit({"/e", file, std::string(key)}, {});
     const std::string text = read_whole_file(file);  // no file: no such key
     if (Status cleared = remove_file(file); !cleared.ok()) return cleared;
     if (!told.ok()) return told;

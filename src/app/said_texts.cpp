@@ -106,7 +106,7 @@ class Speaker {
     if (depth > deepest || english.empty()) return std::string(english);
     if (const auto found = known().whole.find(english); found != known().whole.end())
       return m_texts(Section::labels, found->second);
-    if (const std::string page = page_text(english); !page.empty()) return page;
+    if (std::string page = page_text(english); !page.empty()) return page;
     for (const Pattern& pattern : known().patterns) {
       const std::optional<Captures> captures = match(pattern, english);
       if (captures) return filled(pattern, *captures, depth);

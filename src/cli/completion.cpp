@@ -109,7 +109,7 @@ std::string bash_words(const Commands& commands) {
       options.append(options.empty() ? "" : " ").append(join_texts(names_of(*option), " "));
     std::string names;
     for (const CLI::App* one : commands_of(*command))
-      names += (names.empty() ? "" : " ") + one->get_name();
+      names.append(names.empty() ? "" : " ").append(one->get_name());
     const CLI::Option* positional = positional_of(*command);
     const std::string files = positional == nullptr ? "" : bash_values(positional->get_name(), "");
     text.append("    '").append(path_of(*command)).append("') options='").append(options);

@@ -170,7 +170,7 @@ class Clipper {
   }
 
   // The script takes every failure with the first file for a protected folder.
-  std::string what_the_tool_said(const std::string& output) const {
+  [[nodiscard]] std::string what_the_tool_said(const std::string& output) const {
     if (!platform::folder_is_writable(m_folder)) return std::string(trim(output));
     std::string said = "osmconvert has failed.";
     for (const std::string& line : split_lines(output)) {

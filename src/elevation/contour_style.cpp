@@ -31,6 +31,7 @@ bool speaks_of_contours(const std::string& text) {
 // A file of rules in a style.
 struct RuleFile {
   std::string style, name;
+  // NOLINTNEXTLINE(modernize-use-nullptr): the 0 that the compiler compares with is no pointer.
   auto operator<=>(const RuleFile&) const = default;
 };
 

@@ -421,7 +421,7 @@ BuildReport prepare_tiles(Workspace& workspace, Prompts& prompts, Progress& prog
 BuildReport make_map(Workspace& workspace, Prompts& prompts, Progress& progress,
                      const BuildServices& services, const BuildRequest& request) {
   const KeptClipFolders clip_folders(workspace.settings);
-  const BuildReport tiles = prepare_tiles(workspace, prompts, progress, services, request);
+  BuildReport tiles = prepare_tiles(workspace, prompts, progress, services, request);
   if (tiles.result != StageResult::done) return tiles;
   const CheckScope scope = tiles.stages.empty() ? CheckScope::all : CheckScope::after_split;
   BuildReport built = create_map(workspace, prompts, progress, services, scope);

@@ -89,7 +89,7 @@ Status forget_last_used(Registry& registry, const InstalledMap& map, const std::
 }
 
 std::string question_of(const Workspace& workspace, const InstalledMap& map, bool files_go) {
-  const std::string question = workspace.message(message_remove) + "'" + map.product + "'?";
+  std::string question = workspace.message(message_remove) + "'" + map.product + "'?";
   if (!files_go) return question;
   return question + "\r\n" + workspace.message(message_delete_folder) + map.path;
 }

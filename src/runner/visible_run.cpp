@@ -167,9 +167,13 @@ class VisibleRun {
     return printed || errors;
   }
 
-  bool asks_for_end(const std::string& text) const { return m_request.must_end && m_request.must_end(text); }
+  [[nodiscard]] bool asks_for_end(const std::string& text) const {
+    return m_request.must_end && m_request.must_end(text);
+  }
 
-  double seconds() const { return std::chrono::duration<double>(Clock::now() - m_started_at).count(); }
+  [[nodiscard]] double seconds() const {
+    return std::chrono::duration<double>(Clock::now() - m_started_at).count();
+  }
 
   void tick() {
     m_progress.elapsed(seconds());

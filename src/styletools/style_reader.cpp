@@ -91,11 +91,11 @@ class StyleFinder {
     folder = own_folder;
     if (!include.style.empty()) {
       folder = style_folder(include.style, own_folder);
-      const std::string path = folder.empty() ? "" : plain_path(path_below(folder, include.name));
+      std::string path = folder.empty() ? "" : plain_path(path_below(folder, include.name));
       return !path.empty() && m_source.has_file(path) ? path : "";
     }
     for (const std::string& place : {own_folder, m_style.styles_folder}) {
-      const std::string path = plain_path(path_below(place, include.name));
+      std::string path = plain_path(path_below(place, include.name));
       if (!place.empty() && m_source.has_file(path)) return path;
     }
     return "";
@@ -132,12 +132,13 @@ class StyleFinder {
     const Result<std::string> text = m_source.read(info);
     if (!text.ok()) problems.push_back({{}, text.error, info});
     std::vector<BaseStyle> bases = base_styles(text.value);
-    for (auto base = bases.rbegin(); base != bases.rend(); ++base) {
-      const std::string below = style_folder(base->name, folder);
-      StyleProblem problem{{0, base->line}, "The base style '" + base->name + "' is missing.", info};
-      if (below.empty() && m_source.is_closed_book(base->name))
+    std::reverse(bases.begin(), bases.end());
+    for (const BaseStyle& base : bases) {
+      const std::string below = style_folder(base.name, folder);
+      StyleProblem problem{{0, base.line}, "The base style '" + base.name + "' is missing.", info};
+      if (below.empty() && m_source.is_closed_book(base.name))
         problems.push_back(
-            {problem.place, not_read("base-style", base->name), info, m_source.problem().empty()});
+            {problem.place, not_read("base-style", base.name), info, m_source.problem().empty()});
       else if (below.empty())
         problems.push_back(std::move(problem));
       else

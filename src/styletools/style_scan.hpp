@@ -21,10 +21,9 @@ std::size_t scan(std::string_view text, Each each) {
     } else if (c == '\'' || c == '"') {
       quote = c;
       if (!each('x', at)) return at;
-    } else if (c == '#' && (at == 0 || contains(comment_may_follow, text.substr(at - 1, 1)))) {
-      return at;
-    } else if (!each(c, at)) {
-      return at;
+    } else {
+      const bool comment = c == '#' && (at == 0 || contains(comment_may_follow, text.substr(at - 1, 1)));
+      if (comment || !each(c, at)) return at;
     }
   }
   return text.size();

@@ -82,7 +82,7 @@ QString with_mnemonic(const QString& caption, QSet<QChar>& taken) {
     for (qsizetype index = 0; index < caption.size(); ++index) {
       const bool starts = index == 0 || caption.at(index - 1).isSpace();
       if (starts != word_starts) continue;
-      if (const QString marked = try_at(index); !marked.isEmpty()) return marked;
+      if (QString marked = try_at(index); !marked.isEmpty()) return marked;
     }
   }
   return caption;

@@ -72,7 +72,7 @@ QString TypPreview::missing_text(RuleKind kind, const std::string& key) const {
   QStringList drawn;
   for (const std::uint8_t subtype : subtypes(*m_typ, kind, type))
     drawn << to_qt(type_key(type, subtype));
-  const QString text = m_binder.text(Section::labels, "doctor_not_drawn").arg(to_qt(key));
+  QString text = m_binder.text(Section::labels, "doctor_not_drawn").arg(to_qt(key));
   if (drawn.isEmpty()) return text;
   return text + QLatin1Char('\n') +
          m_binder.text(Section::labels, "doctor_subtypes").arg(drawn.join(QStringLiteral(", ")));
