@@ -13,6 +13,7 @@
 #include "platform/system.hpp"
 #include "ui/f1.hpp"
 #include "ui/qt_text.hpp"
+#include "ui/qt_texts.hpp"
 #include "ui/theme.hpp"
 #include "ui/window_session.hpp"
 
@@ -78,6 +79,7 @@ void begin(ui::f1& window, const ui::WindowSession& session, const QStringList& 
 int end_second_start(const Workspace& workspace, const QStringList& files) {
   platform::let_others_come_forward();
   if (!files.isEmpty() && hand_over(workspace.folder, ui::from_qt(files.first()))) return 0;
+  ui::translate_qt(workspace);
   QMessageBox::information(nullptr, QStringLiteral("Ferrowen"),
                            to_qt(workspace.message(message_already_running)));
   return status_stopped;
