@@ -31,7 +31,7 @@ AutoLog::AutoLog(const Workspace& workspace, const std::string& script)
   if (m_opened.ok()) m_file.open(platform::file_system_path(m_path), std::ios::binary | std::ios::trunc);
 }
 
-void AutoLog::line(std::string_view text) { tool_output(std::string(trim(text)) + "\n"); }
+void AutoLog::line(std::string_view text) { write(std::string(trim(text)) + "\n"); }
 
 void AutoLog::tool_output(std::string_view text) {
   if (m_full) return;

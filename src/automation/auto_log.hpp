@@ -14,7 +14,7 @@ namespace ferrowen {
 
 // "logs/<name of the script>.log" in the program folder, written as the run goes on, so that one that is
 // killed leaves what it did; the report stands at the end. What a tool says beyond the first megabytes is
-// left out.
+// left out; lines of the run itself never are.
 class AutoLog {
  public:
   AutoLog(const Workspace& workspace, const std::string& script);

@@ -157,12 +157,19 @@ class Run {
   Run& operator=(const Run&) = delete;
 
   void stages() {
-    m_report.build = prepare_tiles(m_workspace, m_prompts, m_progress, m_services, {});
+    const bool with_contours = m_workspace.settings.contours && !is_mp(m_workspace.settings.input);
+    BuildRequest request;
+    // Contours are made and clipped for tiles: a map that is small enough without any gets some too.
+    request.split_again = with_contours && !is_already_split(m_workspace);
+    m_report.build = prepare_tiles(m_workspace, m_prompts, m_progress, m_services, request);
     m_report.stages = m_report.build.stages;
     m_report.result = m_report.build.result;
-    if (m_workspace.settings.contours && !is_mp(m_workspace.settings.input)) {
-      stage("contours", [&] { return contours(); });
-      if (m_workspace.settings.clip_contours) stage("clip", [&] { return clip_all(); });
+    if (with_contours) {
+      stage("contours", [&] { return with_all_tiles([&] { return contours(); }); });
+      if (m_workspace.settings.clip_contours)
+        stage("clip", [&] {
+          return with_all_tiles([&] { return clip(m_workspace, m_prompts, m_progress).result; });
+        });
     }
     if (m_report.result == StageResult::done && m_progress.stop_requested())
       m_report.result = StageResult::cancelled;
@@ -181,16 +188,28 @@ class Run {
     m_report.stages.push_back({name, now() - start});
   }
 
-  // The whole map is meant, whatever was selected before.
-  StageResult contours() {
+  void select(bool selected) {
     for (Tile& tile : m_workspace.tiles)
-      tile.selected = true;
+      tile.selected = selected;
+  }
+
+  // The whole map is meant, whatever was selected before.
+  StageResult with_all_tiles(const std::function<StageResult()>& work) {
+    select(true);
+    const StageResult result = work();
+    select(false);
+    return result;
+  }
+
+  StageResult contours() {
     const ContourCells cells = contour_cells(m_workspace, m_prompts);
     if (cells.all_made) return StageResult::done;
     if (cells.to_make.empty()) {
       chkcontours(m_workspace, m_prompts);  // tells what is missing
       return StageResult::failed;
     }
+    if (!cells.missing_heights.empty())  // as it must be where a map reaches out to sea
+      m_progress.status("No heights for " + join_texts(cells.missing_heights, ", "));
     ContourRequest request;
     request.height_files = cells.to_make;
     request.interval = contour_interval(m_workspace.settings);
@@ -203,16 +222,9 @@ class Run {
                        [](const StageTime& stage) { return stage.stage == "split"; });
   }
 
-  StageResult clip_all() {
-    for (Tile& tile : m_workspace.tiles)
-      tile.selected = true;
-    return clip(m_workspace, m_prompts, m_progress).result;
-  }
-
   void build() {
     const CheckScope scope = was_split() ? CheckScope::after_split : CheckScope::all;
-    for (Tile& tile : m_workspace.tiles)
-      tile.selected = false;
+    select(false);
     m_report.build = create_map(m_workspace, m_prompts, m_progress, m_services, scope);
     m_report.result = m_report.build.result;
     m_report.stages.insert(m_report.stages.end(), m_report.build.stages.begin(), m_report.build.stages.end());

@@ -3,6 +3,7 @@
 #include <doctest/doctest.h>
 
 #include "automation/auto_editor.hpp"
+#include "automation/auto_log.hpp"
 #include "base/files.hpp"
 #include "base/text.hpp"
 #include "pipeline/build.hpp"
@@ -116,8 +117,25 @@ TEST_CASE("nothing is started for a script with a mistake, and no later stage be
   test.set_mode("");
   CHECK(test.run(test.script("")).result == StageResult::done);
 
+  const AutoReport flat = test.run(test.script("<contours>yes</contours>\n"));
+  CHECK(flat.result == StageResult::failed);
+  CHECK(test.heard(flat, "Can't find HGT files"));
+  CHECK_FALSE(test.workspace.tiles.empty());
+  CHECK(std::none_of(test.workspace.tiles.begin(), test.workspace.tiles.end(),
+                     [](const Tile& tile) { return tile.selected; }));
+
   test.progress.stop = true;
   CHECK(test.run(test.script("")).result != StageResult::done);
+}
+
+TEST_CASE("a tool that says too much costs the log nothing of the run itself") {
+  Automat test;
+  AutoLog log(test.workspace, test.home / "scripts/one.auto");
+  log.tool_output(std::string(std::size_t{9} << 20, 'x'));
+  log.tool_output("unheard\n");
+  log.line("Copied\n");
+  REQUIRE(log.finish("one.auto: done").ok());
+  CHECK(read_whole_file(log.path()) == "\r\n[...]\r\nCopied\r\n\r\none.auto: done");
 }
 
 TEST_CASE("quiet prompts answer Yes, but not for ever") {
