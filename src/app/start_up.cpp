@@ -1,5 +1,7 @@
 #include "app/start_up.hpp"
 
+#include <algorithm>
+
 #include "app/language_file.hpp"
 #include "app/option_sets.hpp"
 #include "app/registry.hpp"
@@ -190,6 +192,12 @@ void fill_machine_defaults(Workspace& workspace) {
   fill_default_typ(workspace);
   fill_garmin_programs(workspace.settings);
   find_tools(workspace.settings);
+  auto& clip_folders = workspace.settings.clip_folders;
+  const bool chosen = std::any_of(clip_folders.begin(), clip_folders.end(),
+                                  [](const std::string& folder) { return !trim(folder).empty(); });
+  if (chosen) return;
+  clip_folders.front() = workspace.path(default_clip_folder);
+  workspace.settings.clip_slot = 0;
 }
 
 }  // namespace ferrowen

@@ -32,7 +32,10 @@ std::string java_label(std::string_view version_text);
 std::vector<std::string> style_names(const Settings& settings);
 // The option sets that ship with the program become the options of a fresh record.
 void take_option_sets(Workspace& workspace);
-// Defaults that depend on the machine: default TYP, map folder, Garmin programs, tile caches, tool paths.
+// In the program folder: where clipped contours go that no other folder is chosen for.
+inline constexpr const char* default_clip_folder = "files";
+// Defaults that depend on the machine: default TYP, map folder, Garmin programs, tile caches, tool paths, the
+// folder of clipped contours.
 void fill_machine_defaults(Workspace& workspace);
 
 }  // namespace ferrowen

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "app/start_up.hpp"
 #include "base/files.hpp"
 #include "base/text.hpp"
 #include "elevation/contour_style.hpp"
@@ -92,7 +93,7 @@ CheckResult check_clip_folder(Workspace& workspace, Prompts& prompts) {
   if (!list_files(folder, {".pbf"}).empty()) return CheckResult::go_on;
   if (prompts.ask("Clip folder" + folder + " contains no files.\r\nUse default folder?") != Answer::yes)
     return CheckResult::go_on;
-  if (!use_clip_folder(settings, workspace.path("files")))
+  if (!use_clip_folder(settings, workspace.path(default_clip_folder)))
     return stop(prompts, "Check the 5 clip folders you have specified");
   return CheckResult::go_on;
 }

@@ -4,6 +4,7 @@
 #include <QHBoxLayout>
 #include <QRadioButton>
 
+#include "app/start_up.hpp"
 #include "base/files.hpp"
 #include "base/text.hpp"
 #include "elevation/contour_run.hpp"
@@ -20,7 +21,6 @@ constexpr int message_no_folder = 51;
 constexpr int special_choice = 100;  // "Auto Search" and "Default", behind the slots
 constexpr int options_height = 70;
 constexpr const char* osmconvert_page = "https://wiki.openstreetmap.org/wiki/Osmconvert";
-constexpr const char* default_clip_folder = "files";
 
 std::string field_name(const char* field, int slot) { return std::string(field) + std::to_string(slot + 1); }
 

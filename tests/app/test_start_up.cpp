@@ -21,6 +21,15 @@ TEST_CASE("start-up makes the folders, tells of missing styles and reads the ide
   CHECK(prompts.tells() == std::vector<std::string>{"No styles could be found.Default style will be used"});
   CHECK(workspace.device_map_ids == ",13224385,");
   CHECK(workspace.settings.map_name == "Demo Map");
+  CHECK(workspace.settings.clip_folders[0] == workspace.path("files"));
+
+  // A folder that was chosen is no reason for another one.
+  workspace.settings.clip_folders = {"", "", "/clips", "", ""};
+  workspace.settings.clip_slot = 2;
+  REQUIRE(savedata(workspace).ok());
+  REQUIRE(start_up(workspace, prompts).ok());
+  CHECK(workspace.settings.clip_folders[0].empty());
+  CHECK(workspace.settings.clip_slot == 2);
 }
 
 TEST_CASE("shipped option sets become the options of a fresh record only") {

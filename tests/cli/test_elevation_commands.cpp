@@ -51,8 +51,10 @@ TEST_CASE("hgt lists the cells of the tiles and where they are") {
 TEST_CASE("contours, unzip and merge refuse what cannot work") {
   const Area area;
   const std::string tool = area.home.write("tool", "");
-  REQUIRE(area.run({"settings", "set", "contour-tool=" + tool, "osmconvert=" + tool, "7z=" + tool}).status ==
-          0);
+  const std::string gone = area.home / "gone";
+  REQUIRE(area.run({"settings", "set", "contour-tool=" + tool, "osmconvert=" + tool, "7z=" + tool,
+                    "clip-folder-1=" + gone})
+              .status == 0);
   struct Row {
     Arguments line;
     int status;
@@ -67,7 +69,7 @@ TEST_CASE("contours, unzip and merge refuse what cannot work") {
       {{"contours", "make", "N46E009", "--interval", "x"}, 2, "--interval: 'x'"},
       {{"contours", "make", "N46E009", "--tolerance", "-1"}, 2, "--tolerance: '-1'"},
       {{"contours", "make", "n46e009"}, 3, "N46E009.hgt\nPlease download or unzip:"},
-      {{"contours", "clip"}, 3, "Clip path :  ?"},
+      {{"contours", "clip"}, 3, "Clip path : " + gone + " ?"},
       {{"contours"}, 2, ""},
       {{"unzip", area.home / "none"}, 3, "Cannot find folder:"},
       {{"merge", a}, 2, "--output"},
