@@ -198,6 +198,7 @@ const std::vector<InterfaceItem>& finding_items() {
       {"say_no_colour", "no colour"},
       {"say_its_name_is_no", "its name is no type"},
       {"say_no_icon_of_x", "no icon of 16 x 16 pixels in two colours"},
+      {"say_no_heights_for", "No heights for %1"},
   };
   return items;
 }

@@ -208,8 +208,8 @@ class Run {
       chkcontours(m_workspace, m_prompts);  // tells what is missing
       return StageResult::failed;
     }
-    if (!cells.missing_heights.empty())  // as it must be where a map reaches out to sea
-      m_progress.status("No heights for " + join_texts(cells.missing_heights, ", "));
+    if (!cells.missing_heights.empty())
+      m_prompts.tell("No heights for " + join_texts(cells.missing_heights, ", "), Icon::warning);
     ContourRequest request;
     request.height_files = cells.to_make;
     request.interval = contour_interval(m_workspace.settings);
